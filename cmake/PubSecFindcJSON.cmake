@@ -1,0 +1,15 @@
+# SPDX-License-Identifier: Apache-2.0
+# cJSON through pkg-config, or by its header and library where there is no pkg-config.
+add_library(pubsec_cjson INTERFACE)
+find_package(PkgConfig QUIET)
+if(PkgConfig_FOUND)
+    pkg_check_modules(CJSON QUIET IMPORTED_TARGET libcjson)
+endif()
+if(TARGET PkgConfig::CJSON)
+    target_link_libraries(pubsec_cjson INTERFACE PkgConfig::CJSON)
+else()
+    find_path(CJSON_INCLUDE cjson/cJSON.h REQUIRED)
+    find_library(CJSON_LIBRARY cjson REQUIRED)
+    target_include_directories(pubsec_cjson INTERFACE ${CJSON_INCLUDE})
+    target_link_libraries(pubsec_cjson INTERFACE ${CJSON_LIBRARY})
+endif()
