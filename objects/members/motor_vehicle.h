@@ -1,0 +1,127 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#ifndef PUBSEC_OBJECTS_MEMBERS_MOTOR_VEHICLE_H
+#define PUBSEC_OBJECTS_MEMBERS_MOTOR_VEHICLE_H
+
+#include <pubsecstack/motor_vehicle.h>
+
+#include "objects/member_table.h"
+#include "objects/members/image.h"
+
+namespace pubsec_members::motor_vehicle
+{
+
+using R = TPubSecMotorVehicleObjInfo;
+
+inline constexpr TPubSecMember c_atMembers[] = {
+    PS_ALWAYS("MotorVehicleID", achMotorVehicleID),
+    PS_ALWAYS("InfoKind", dwInfoKind),
+    PS_ALWAYS("SourceID", achSourceID),
+    PS_TEXT("TollgateID", achTollgateID),
+    PS_TEXT("DeviceID", achDeviceID),
+    PS_TEXT("StorageUrl1", achStorageUrl1),
+    PS_TEXT("StorageUrl2", achStorageUrl2),
+    PS_TEXT("StorageUrl3", achStorageUrl3),
+    PS_TEXT("StorageUrl4", achStorageUrl4),
+    PS_TEXT("StorageUrl5", achStorageUrl5),
+    PS_FLAG("LeftTopX", bLeftTopXValid, nLeftTopX),
+    PS_FLAG("LeftTopY", bLeftTopYValid, nLeftTopY),
+    PS_FLAG("RightBtmX", bRightBtmXValid, nRightBtmX),
+    PS_FLAG("RightBtmY", bRightBtmYValid, nRightBtmY),
+    PS_TEXT("MarkTime", achMarkTime),
+    PS_TEXT("AppearTime", achAppearTime),
+    PS_TEXT("DisappearTime", achDisappearTime),
+    PS_FLAG("LaneNo", bLaneNoValid, nLaneNo),
+    PS_ONE_ZERO("HasPlate", dwHasPlate),
+    PS_TEXT("PlateClass", achPlateClass),
+    PS_TEXT("PlateColor", achPlateColor),
+    PS_TEXT("PlateNo", achPlateNo),
+    PS_TEXT("PlateNoAttach", achPlateNoAttach),
+    PS_TEXT("PlateDescribe", achPlateDescribe),
+    PS_TEXT("IsDecked", achIsDecked),
+    PS_TEXT("IsAltered", achIsAltered),
+    PS_TEXT("IsCovered", achIsCovered),
+    PS_FLAG("Speed", bSpeedValid, dSpeed),
+    PS_TEXT("Direction", achDirection),
+    PS_TEXT("DrivingStatusCode", achDrivingStatusCode),
+    PS_FLAG("UsingPropertiesCode", bUsingPropertiesCodeValid, nUsingPropertiesCode),
+    PS_TEXT("UsingPropertiesCode", achUsingPropertiesCode),
+    PS_TEXT("VehicleClass", achVehicleClass),
+    PS_TEXT("VehicleBrand", achVehicleBrand),
+    PS_TEXT("VehicleModel", achVehicleModel),
+    PS_TEXT("VehicleStyles", achVehicleStyles),
+    PS_FLAG("VehicleLength", bVehicleLengthValid, nVehicleLength),
+    PS_FLAG("VehicleWidth", bVehicleWidthValid, nVehicleWidth),
+    PS_FLAG("VehicleHeight", bVehicleHeightValid, nVehicleHeight),
+    PS_TEXT("VehicleColor", achVehicleColor),
+    PS_TEXT("VehicleColorDepth", achVehicleColorDepth),
+    PS_TEXT("VehicleHood", achVehicleHood),
+    PS_TEXT("VehicleTrunk", achVehicleTrunk),
+    PS_TEXT("VehicleWheel", achVehicleWheel),
+    PS_TEXT("WheelPrintedPattern", achWheelPrintedPattern),
+    PS_TEXT("VehicleWindow", achVehicleWindow),
+    PS_TEXT("VehicleRoof", achVehicleRoof),
+    PS_TEXT("VehicleDoor", achVehicleDoor),
+    PS_TEXT("SideOfVehicle", achSideOfVehicle),
+    PS_TEXT("CarOfVehicle", achCarOfVehicle),
+    PS_TEXT("RearviewMirror", achRearviewMirror),
+    PS_TEXT("VehicleChassis", achVehicleChassis),
+    PS_TEXT("VehicleShielding", achVehicleShielding),
+    PS_TEXT("FilmColor", achFilmColor),
+    PS_TEXT("IsModified", achIsModified),
+    PS_TEXT("HitMarkInfo", achHitMarkInfo),
+    PS_TEXT("VehicleBodyDesc", achVehicleBodyDesc),
+    PS_TEXT("VehicleFrontItem", achVehicleFrontItem),
+    PS_TEXT("DescOfFrontItem", achDescOfFrontItem),
+    PS_TEXT("VehicleRearItem", achVehicleRearItem),
+    PS_TEXT("DescOfRearItem", achDescOfRearItem),
+    PS_FLAG("NumOfPassenger", bNumOfPassengerValid, nNumOfPassenger),
+    PS_TEXT("PassTime", achPassTime),
+    PS_TEXT("NameOfPassedRoad", achNameOfPassedRoad),
+    PS_FLAG("IsSuspicious", bIsSuspiciousValid, nIsSuspicious),
+    PS_FLAG("Sunvisor", bSunvisorValid, nSunvisor),
+    PS_FLAG("SafetyBelt", bSafetyBeltValid, nSafetyBelt),
+    PS_FLAG("Calling", bCallingValid, nCalling),
+    PS_TEXT("PlateReliability", achPlateReliability),
+    PS_TEXT("PlateCharReliability", achPlateCharReliability),
+    /* the two labels come before the brand's reliability */
+    PS_FLAG("YellowLabelCarFlag", bYellowLabelCarFlagValid, nYellowLabelCarFlag),
+    PS_FLAG("CdgFlag", bCdgFlagValid, nCdgFlag),
+    PS_TEXT("BrandReliability", achBrandReliability),
+    PS_OBJECT_POINTER("FeatureInfoObject", ptFeatureInfo, feature_info::c_tTable),
+    PS_TEXT("NationalityCode", achNationalityCode),
+    PS_TEXT("TabID", achTabID),
+    PS_TEXT("XTDispositionType", achXTDispositionType),
+    PS_TEXT("XTCollectorName", achXTCollectorName),
+    PS_TEXT("XTCollectTime", achXTCollectTime),
+    PS_TEXT("XTNote", achXTNote),
+    PS_FLAG("Similaritydegree", bSimilaritydegreeValid, dSimilaritydegree),
+    PS_TEXT("SelfDefObject", achSelfDefObject),
+    PS_TEXT("CollectorOrg", achCollectorOrg),
+    PS_TEXT("CollectorID", achCollectorID),
+    PS_TEXT("DeviceSNNo", achDeviceSNNo),
+    PS_TEXT("APSId", achAPSId),
+    PS_FLAG("SourceType", bSourceTypeValid, nSourceType),
+    /* longitude first */
+    PS_FLAG("ShotPlaceLongitude", bShotPlaceLongitudeValid, dShotPlaceLongitude),
+    PS_FLAG("ShotPlaceLatitude", bShotPlaceLatitudeValid, dShotPlaceLatitude),
+    PS_FLAG("PlaceCode", bPlaceCodeValid, nPlaceCode),
+    PS_TEXT("SourceFactory", achSourceFactory),
+    PS_TEXT("VehicleSubBrand", achVehicleSubBrand),
+    PS_FLAG("HasSunroof", bHasSunroofValid, nHasSunroof),
+    PS_FLAG("HasRoofRacks", bHasRoofRacksValid, nHasRoofRacks),
+    PS_TEXT("PlaceCode", achPlaceCode),
+    PS_TEXT("ProvinceCode", achProvinceCode),
+    PS_TEXT("CityCode", achCityCode),
+    PS_FLAG("SourceFactory", bSourceFactoryValid, nSourceFactory),
+    PS_FLAG("DeviceClass", bDeviceClassValid, nDeviceClass),
+    PS_TEXT("PlatformIP", achPlatformIP),
+    PS_TEXT("PlateStructure", achPlateStructure),
+    PS_TEXT("PlateLocation", achPlateLocation),
+    PS_TEXT("PlateType", achPlateType),
+};
+
+inline constexpr TPubSecTable c_tTable = PubSecTableOf(c_atMembers);
+
+} // namespace pubsec_members::motor_vehicle
+
+#endif
