@@ -1,0 +1,97 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace viewlib
+{
+
+struct Header
+{
+    std::string name;
+    std::string value;
+};
+
+/* Where an answer is broken off. */
+enum class Cut
+{
+    None,
+    BeforeStatus, /* the connection is closed without an answer */
+    MidBody,      /* the length of the whole body is declared, a part is sent, the connection is closed */
+    Reset         /* the connection is reset without an answer */
+};
+
+enum class Framing
+{
+    Length,
+    Chunked,
+    UntilClose /* neither length nor chunks: the end of the connection ends the body */
+};
+
+/*
+ * How a request is answered when a test says so.
+ *
+ * With status 0 the request is handled as usual and the rest of the Answer shapes what is sent (delay, cut, framing,
+ * further headers, another body). With a status the request is not handled: nothing is registered or stored, unless
+ * takeEffect is set.
+ */
+struct Answer
+{
+    unsigned status = 0;
+    std::optional<std::string> body; /* none: the standard envelope that goes with the status */
+    std::string contentType = "application/VIID+JSON;charset=UTF-8"; /* empty: no such header */
+    std::vector<Header> headers;                                     /* in addition */
+
+    std::chrono::milliseconds delayBeforeReading{0}; /* between the request's headers and its body */
+    std::chrono::milliseconds delay{0};              /* before the status line */
+    std::chrono::milliseconds delayBeforeBody{0};    /* between the headers and the body */
+    std::uint64_t bytesPerSecond = 0;                /* of the body; 0: no throttle */
+
+    Framing framing = Framing::Length;
+    Cut cut = Cut::None;
+    std::optional<std::size_t> cutAfter; /* bytes of the body before Cut::MidBody; none: half of it */
+    std::optional<std::string>
+        raw; /* plain HTTP only: these bytes instead of an answer, then the connection is closed */
+
+    bool skipAuth = false;   /* neither credentials nor a registration are asked for */
+    bool afterAuth = false;  /* used only once the request has passed the digest or registration check */
+    bool takeEffect = false; /* with a status: the request is handled all the same, only its own answer is not sent */
+
+    Answer() = default;
+    explicit Answer(unsigned code) : status(code)
+    {
+    }
+    Answer(unsigned code, std::string text) : status(code), body(std::move(text))
+    {
+    }
+
+    static Answer redirect(unsigned code, const std::string& location)
+    {
+        return Answer(code).with("Location", location);
+    }
+    static Answer broken(Cut where)
+    {
+        Answer answer;
+        answer.cut = where;
+        return answer;
+    }
+    static Answer late(std::chrono::milliseconds time)
+    {
+        Answer answer;
+        answer.delay = time;
+        return answer;
+    }
+    Answer& with(std::string name, std::string value)
+    {
+        headers.push_back({std::move(name), std::move(value)});
+        return *this;
+    }
+};
+
+} // namespace viewlib

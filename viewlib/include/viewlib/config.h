@@ -1,0 +1,65 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace viewlib
+{
+
+struct Exchange;
+
+/* What the server insists on. A field that is false makes it look away, as many servers in the field do. */
+struct Strict
+{
+    bool registration = true; /* requests of devices that are not registered get 401 */
+    bool identity = true;     /* "User-Identify" and the body's "DeviceID" must agree where both are there */
+    bool digestUri = true;    /* the digest's uri must be the request target */
+    bool digestQop = true;    /* a digest without qop (the form of RFC 2069) is refused */
+    bool nonceCount = true;   /* a nonce count that was used before is refused */
+    bool lineBreaks = true;   /* base64 with line breaks is refused */
+    bool mediaType = false;   /* a document must say application/VIID+JSON or application/json */
+};
+
+enum class Algorithm
+{
+    Md5,
+    Sha256
+};
+
+struct Config
+{
+    std::string address = "127.0.0.1"; /* an IPv4 or IPv6 literal */
+    std::uint16_t port = 0;            /* 0: any free one, and the same again after a restart */
+    bool https = false;                /* with a self-signed certificate made at the start */
+
+    std::string user = "admin"; /* empty: registration asks for no credentials */
+    std::string password = "viewlib";
+    std::string realm = "viewlib";
+    std::vector<Algorithm> algorithms = {Algorithm::Md5}; /* one challenge each, in this order */
+    std::chrono::milliseconds nonceLifetime = std::chrono::minutes(5);
+
+    std::chrono::milliseconds registrationLifetime =
+        std::chrono::seconds(270); /* since the last sign of life; 0: for ever */
+    std::string serverId = "44000000005030000001";
+
+    std::string storage = ":memory:"; /* or a directory, made when it is not there */
+    std::size_t maxBody = std::size_t(100) << 20;
+    std::size_t maxExchanges = 100000; /* the oldest ones are dropped from the log */
+
+    /* The time the server lives by (lifetimes, stored times); several threads call it at once. */
+    std::function<std::chrono::system_clock::time_point()> clock;
+    /* How far the clock that it shows to clients stands from that. */
+    std::chrono::milliseconds clockOffset{0};
+
+    /* Called for each exchange, by the thread that serves it, before the answer leaves. */
+    std::function<void(const Exchange&)> observer;
+
+    Strict strict;
+};
+
+} // namespace viewlib

@@ -1,0 +1,309 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "listener.h"
+
+#include "certificate.h"
+#include "delivery.h"
+
+#include <microhttpd.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace viewlib
+{
+
+namespace
+{
+
+/* A request while it comes in. */
+struct Transfer
+{
+    Exchange exchange;
+    std::optional<Answer> early;
+    bool begun = false;
+    bool finished = false;
+};
+
+struct Address
+{
+    sockaddr_storage storage{};
+    socklen_t length = 0;
+};
+
+std::runtime_error failure(const std::string& what, int error)
+{
+    return std::runtime_error(what + ": " + std::strerror(error));
+}
+
+Address parseAddress(const std::string& text, std::uint16_t port)
+{
+    Address address;
+    auto* ipv4 = reinterpret_cast<sockaddr_in*>(&address.storage);
+    auto* ipv6 = reinterpret_cast<sockaddr_in6*>(&address.storage);
+    if (inet_pton(AF_INET, text.c_str(), &ipv4->sin_addr) == 1)
+    {
+        ipv4->sin_family = AF_INET;
+        ipv4->sin_port = htons(port);
+        address.length = sizeof *ipv4;
+    }
+    else if (inet_pton(AF_INET6, text.c_str(), &ipv6->sin6_addr) == 1)
+    {
+        ipv6->sin6_family = AF_INET6;
+        ipv6->sin6_port = htons(port);
+        address.length = sizeof *ipv6;
+    }
+    else
+    {
+        throw std::runtime_error("\"" + text + "\" is not an IPv4 or IPv6 address");
+    }
+    return address;
+}
+
+/* "127.0.0.1:8080" or "[::1]:8080" */
+std::string describe(const sockaddr* address)
+{
+    char text[INET6_ADDRSTRLEN] = "";
+    if (address->sa_family == AF_INET6)
+    {
+        const auto* ipv6 = reinterpret_cast<const sockaddr_in6*>(address);
+        inet_ntop(AF_INET6, &ipv6->sin6_addr, text, sizeof text);
+        return "[" + std::string(text) + "]:" + std::to_string(ntohs(ipv6->sin6_port));
+    }
+    const auto* ipv4 = reinterpret_cast<const sockaddr_in*>(address);
+    inet_ntop(AF_INET, &ipv4->sin_addr, text, sizeof text);
+    return std::string(text) + ":" + std::to_string(ntohs(ipv4->sin_port));
+}
+
+class Socket
+{
+  public:
+    explicit Socket(int fd) : m_fd(fd)
+    {
+    }
+    ~Socket()
+    {
+        if (m_fd >= 0)
+        {
+            close(m_fd);
+        }
+    }
+    Socket(const Socket&) = delete;
+    Socket& operator=(const Socket&) = delete;
+    int get() const
+    {
+        return m_fd;
+    }
+    int release()
+    {
+        const int fd = m_fd;
+        m_fd = -1;
+        return fd;
+    }
+
+  private:
+    int m_fd;
+};
+
+/* The address that was asked for is in the message of every failure. */
+int listenOn(const Address& address)
+{
+    const auto* raw = reinterpret_cast<const sockaddr*>(&address.storage);
+    const std::string where = "cannot listen on " + describe(raw);
+    Socket socketFd(socket(raw->sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const int on = 1;
+    if (socketFd.get() < 0 || setsockopt(socketFd.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
+        (raw->sa_family == AF_INET6 && setsockopt(socketFd.get(), IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on) != 0) ||
+        bind(socketFd.get(), raw, address.length) != 0 || listen(socketFd.get(), SOMAXCONN) != 0)
+    {
+        throw failure(where, errno);
+    }
+    return socketFd.release();
+}
+
+std::uint16_t portOf(int fd)
+{
+    Address address;
+    address.length = sizeof address.storage;
+    getsockname(fd, reinterpret_cast<sockaddr*>(&address.storage), &address.length);
+    return ntohs(address.storage.ss_family == AF_INET6
+                     ? reinterpret_cast<const sockaddr_in6*>(&address.storage)->sin6_port
+                     : reinterpret_cast<const sockaddr_in*>(&address.storage)->sin_port);
+}
+
+void* onRequestLine(void*, const char* target, MHD_Connection*)
+{
+    auto transfer = std::make_unique<Transfer>();
+    Exchange& exchange = transfer->exchange;
+    exchange.target = target;
+    const std::size_t mark = exchange.target.find('?');
+    exchange.path = exchange.target.substr(0, mark);
+    exchange.query = mark == std::string::npos ? std::string() : exchange.target.substr(mark + 1);
+    return transfer.release();
+}
+
+MHD_Result onHeader(void* context, MHD_ValueKind, const char* name, const char* value)
+{
+    static_cast<Exchange*>(context)->headers.push_back({name, value == nullptr ? "" : value});
+    return MHD_YES;
+}
+
+void onConnection(void* context, MHD_Connection*, void** connectionContext, MHD_ConnectionNotificationCode code)
+{
+    if (code == MHD_CONNECTION_NOTIFY_STARTED)
+    {
+        *connectionContext = new std::uint64_t(static_cast<Listener*>(context)->nextConnection());
+        return;
+    }
+    delete static_cast<std::uint64_t*>(*connectionContext);
+    *connectionContext = nullptr;
+}
+
+void readHeaders(MHD_Connection* connection, const char* method, Exchange& exchange)
+{
+    exchange.arrived = std::chrono::steady_clock::now();
+    exchange.method = method;
+    MHD_get_connection_values(connection, MHD_HEADER_KIND, onHeader, &exchange);
+    const MHD_ConnectionInfo* context = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
+    if (context != nullptr && context->socket_context != nullptr)
+    {
+        exchange.connection = *static_cast<const std::uint64_t*>(context->socket_context);
+    }
+    const MHD_ConnectionInfo* peer = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
+    if (peer != nullptr)
+    {
+        exchange.peer = describe(peer->client_addr);
+    }
+}
+
+MHD_Result beginTransfer(Listener& listener, MHD_Connection* connection, const char* method, Transfer& transfer)
+{
+    transfer.begun = true;
+    readHeaders(connection, method, transfer.exchange);
+    transfer.early = listener.handler().begin(transfer.exchange);
+    return !transfer.early || listener.pause(transfer.early->delayBeforeReading) ? MHD_YES : MHD_NO;
+}
+
+/* A body over the limit is read to its end and forgotten: a client that is still sending would not see the answer. */
+void readBody(const Listener& listener, Exchange& exchange, const char* data, std::size_t size)
+{
+    if (exchange.oversized || size > listener.maxBody() - exchange.body.size())
+    {
+        exchange.oversized = true;
+        exchange.body.clear();
+        exchange.body.shrink_to_fit();
+        return;
+    }
+    exchange.body.append(data, size);
+}
+
+MHD_Result serve(Listener& listener, MHD_Connection* connection, const char* method, const char* data,
+                 std::size_t* size, Transfer& transfer)
+{
+    if (!transfer.begun)
+    {
+        return beginTransfer(listener, connection, method, transfer);
+    }
+    if (*size != 0)
+    {
+        readBody(listener, transfer.exchange, data, *size);
+        *size = 0;
+        return MHD_YES;
+    }
+    transfer.finished = true;
+    transfer.exchange.complete = true;
+    const Answer answer = listener.handler().finish(transfer.exchange, std::move(transfer.early));
+    return deliver(listener, connection, answer);
+}
+
+/* Nothing is thrown through the HTTP server, which is C. */
+MHD_Result onRequest(void* context, MHD_Connection* connection, const char*, const char* method, const char*,
+                     const char* data, std::size_t* size, void** requestContext)
+{
+    try
+    {
+        return serve(*static_cast<Listener*>(context), connection, method, data, size,
+                     *static_cast<Transfer*>(*requestContext));
+    }
+    catch (const std::exception&)
+    {
+        return MHD_NO;
+    }
+}
+
+void onCompleted(void* context, MHD_Connection*, void** requestContext, MHD_RequestTerminationCode)
+{
+    const std::unique_ptr<Transfer> transfer(static_cast<Transfer*>(*requestContext));
+    *requestContext = nullptr;
+    if (transfer && transfer->begun && !transfer->finished)
+    {
+        static_cast<Listener*>(context)->handler().abandon(transfer->exchange);
+    }
+}
+
+} // namespace
+
+std::uint16_t Listener::start(const std::string& address, std::uint16_t port, bool https)
+{
+    Socket listening(listenOn(parseAddress(address, port)));
+    const std::uint16_t chosen = portOf(listening.get());
+    const Certificate certificate = https ? makeCertificate(address) : Certificate{};
+    MHD_OptionItem security[] = {{MHD_OPTION_HTTPS_MEM_KEY, 0, const_cast<char*>(certificate.key.c_str())},
+                                 {MHD_OPTION_HTTPS_MEM_CERT, 0, const_cast<char*>(certificate.certificate.c_str())},
+                                 {MHD_OPTION_END, 0, nullptr}};
+    if (!https)
+    {
+        security[0].option = MHD_OPTION_END;
+    }
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopping = false;
+    }
+    const unsigned flags = MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL |
+                           MHD_USE_ITC | (https ? unsigned(MHD_USE_TLS) : 0U);
+    /* clang-format off */
+    m_daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, onRequest, this,
+                                MHD_OPTION_LISTEN_SOCKET, listening.get(),
+                                MHD_OPTION_URI_LOG_CALLBACK, onRequestLine, this,
+                                MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
+                                MHD_OPTION_NOTIFY_CONNECTION, onConnection, this,
+                                MHD_OPTION_CONNECTION_MEMORY_LIMIT, std::size_t(256) << 10,
+                                MHD_OPTION_ARRAY, security,
+                                MHD_OPTION_END);
+    /* clang-format on */
+    if (m_daemon == nullptr)
+    {
+        throw std::runtime_error("the HTTP server cannot be started on port " + std::to_string(chosen));
+    }
+    listening.release();
+    return chosen;
+}
+
+void Listener::stop()
+{
+    MHD_Daemon* daemon = m_daemon.exchange(nullptr);
+    if (daemon == nullptr)
+    {
+        return;
+    }
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopping = true;
+    }
+    m_wake.notify_all();
+    MHD_stop_daemon(daemon);
+}
+
+bool Listener::pause(std::chrono::milliseconds time)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return !m_wake.wait_for(lock, time, [this] { return m_stopping; });
+}
+
+} // namespace viewlib

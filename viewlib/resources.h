@@ -1,0 +1,42 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace viewlib
+{
+
+enum class Kind
+{
+    Register,
+    UnRegister,
+    Keepalive,
+    Time,
+    Collection, /* documents with objects */
+    Data,       /* the bytes of an object that was announced before */
+    LogEvent
+};
+
+/* One path of the interface. */
+struct Resource
+{
+    Kind kind;
+    const char* method;
+    const char* path;
+    const char* objects;  /* what a collection holds: "Face" */
+    const char* roots[2]; /* the members one of which a document has at its root */
+    bool hasData;         /* the collection's members have a "/Data" below them */
+};
+
+struct ResourceMatch
+{
+    Kind kind;
+    const Resource* resource; /* for Kind::Data that of the collection */
+    std::string id;           /* for Kind::Data */
+    const char* method;       /* the only one that is served */
+};
+
+std::optional<ResourceMatch> findResource(const std::string& path);
+
+} // namespace viewlib

@@ -1,0 +1,299 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "viewlib/server.h"
+
+#include "journal.h"
+#include "listener.h"
+#include "script.h"
+#include "service.h"
+#include "store.h"
+#include "text.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+
+namespace viewlib
+{
+
+namespace
+{
+
+/* What a scripted answer leaves open is taken from the usual one. */
+Answer merge(Answer scripted, Answer usual)
+{
+    if (scripted.status != 0)
+    {
+        return scripted;
+    }
+    scripted.status = usual.status;
+    scripted.headers.insert(scripted.headers.begin(), usual.headers.begin(), usual.headers.end());
+    if (!scripted.body)
+    {
+        scripted.body = std::move(usual.body);
+    }
+    return scripted;
+}
+
+bool isSilent(const Answer& answer)
+{
+    return answer.raw.has_value() || answer.cut == Cut::BeforeStatus || answer.cut == Cut::Reset;
+}
+
+bool bodyAllowed(unsigned status)
+{
+    return status >= 200 && status != 204 && status != 304;
+}
+
+} // namespace
+
+struct Server::Engine : Handler
+{
+    explicit Engine(Config settings)
+        : config(std::move(settings)), store(config.storage), service(config, store), journal(config.maxExchanges),
+          listener(*this, config.maxBody), port(config.port)
+    {
+    }
+
+    std::optional<Answer> begin(const Exchange& exchange) override
+    {
+        return script.take(exchange.path, Script::Stage::HeadersRead);
+    }
+    Answer finish(Exchange& exchange, std::optional<Answer> early) override;
+    void abandon(Exchange& exchange) override
+    {
+        record(exchange);
+    }
+
+    Answer decide(const Exchange& exchange, std::optional<Answer> early);
+    Answer handle(const Exchange& exchange, std::optional<Answer> scripted);
+    void complete(const Exchange& exchange, Answer& answer) const;
+    void record(Exchange& exchange);
+
+    const Config config;
+    Store store;
+    Service service;
+    Script script;
+    Journal journal;
+    Listener listener;
+    std::atomic<std::uint16_t> port;
+};
+
+Answer Server::Engine::finish(Exchange& exchange, std::optional<Answer> early)
+{
+    exchange.received = service.now();
+    Answer answer;
+    try
+    {
+        answer = decide(exchange, std::move(early));
+    }
+    catch (const std::exception& error)
+    {
+        answer = service.envelope(exchange, 500, {{1, error.what(), {}}});
+    }
+    complete(exchange, answer);
+    const bool silent = isSilent(answer);
+    exchange.status = silent ? 0 : answer.status;
+    exchange.answer = silent ? answer.raw.value_or("") : *answer.body;
+    exchange.answerHeaders = silent ? std::vector<Header>() : answer.headers;
+    exchange.cut = answer.cut;
+    record(exchange);
+    return answer;
+}
+
+Answer Server::Engine::decide(const Exchange& exchange, std::optional<Answer> early)
+{
+    if (early && early->status != 0 && !early->takeEffect)
+    {
+        return *std::move(early);
+    }
+    const bool skip = early && early->skipAuth;
+    if (std::optional<Answer> refusal =
+            service.refuse(exchange, skip ? Service::Checks::FormOnly : Service::Checks::All))
+    {
+        return early ? merge(*std::move(early), *std::move(refusal)) : *std::move(refusal);
+    }
+    return handle(exchange, early ? std::move(early) : script.take(exchange.path, Script::Stage::Authorized));
+}
+
+Answer Server::Engine::handle(const Exchange& exchange, std::optional<Answer> scripted)
+{
+    if (!scripted)
+    {
+        return service.perform(exchange);
+    }
+    if (scripted->status != 0 && !scripted->takeEffect)
+    {
+        return *std::move(scripted);
+    }
+    return merge(*std::move(scripted), service.perform(exchange));
+}
+
+/* Gives the answer the body and headers that it is sent with. */
+void Server::Engine::complete(const Exchange& exchange, Answer& answer) const
+{
+    if (!answer.body)
+    {
+        const bool good = answer.status < 400;
+        answer.body = bodyAllowed(answer.status)
+                          ? service.envelope(exchange, answer.status, {{good ? 0 : 1, good ? "OK" : "Fail", {}}}).body
+                          : std::string();
+    }
+    const bool typed = std::any_of(answer.headers.begin(), answer.headers.end(),
+                                   [](const Header& header) { return sameNoCase(header.name, "Content-Type"); });
+    if (!typed && !answer.contentType.empty() && bodyAllowed(answer.status))
+    {
+        answer.with("Content-Type", answer.contentType);
+    }
+}
+
+void Server::Engine::record(Exchange& exchange)
+{
+    journal.add(exchange);
+    if (config.observer)
+    {
+        config.observer(exchange);
+    }
+}
+
+Server::Server(Config config) : m_engine(std::make_unique<Engine>(std::move(config)))
+{
+}
+
+Server::~Server()
+{
+    stop();
+}
+
+void Server::start()
+{
+    if (!running())
+    {
+        m_engine->port = m_engine->listener.start(m_engine->config.address, m_engine->port, m_engine->config.https);
+    }
+}
+
+void Server::stop()
+{
+    m_engine->listener.stop();
+}
+
+void Server::restart(Registrations registrations)
+{
+    stop();
+    if (registrations == Registrations::Forgotten)
+    {
+        forgetRegistrations();
+    }
+    start();
+}
+
+bool Server::running() const
+{
+    return m_engine->listener.running();
+}
+
+std::uint16_t Server::port() const
+{
+    return m_engine->port;
+}
+
+std::string Server::url(const std::string& path) const
+{
+    const std::string& address = m_engine->config.address;
+    const bool ipv6 = address.find(':') != std::string::npos;
+    return std::string(m_engine->config.https ? "https://" : "http://") + (ipv6 ? "[" + address + "]" : address) + ":" +
+           std::to_string(port()) + path;
+}
+
+void Server::script(const std::string& path, Answer answer)
+{
+    m_engine->script.once(path, std::move(answer));
+}
+
+void Server::always(const std::string& path, Answer answer)
+{
+    m_engine->script.always(path, std::move(answer));
+}
+
+void Server::clearScripts()
+{
+    m_engine->script.clear();
+}
+
+std::size_t Server::scriptsLeft() const
+{
+    return m_engine->script.left();
+}
+
+std::vector<Exchange> Server::exchanges() const
+{
+    return m_engine->journal.of("*");
+}
+
+std::vector<Exchange> Server::exchangesOf(const std::string& path) const
+{
+    return m_engine->journal.of(path);
+}
+
+bool Server::waitFor(const std::string& path, std::size_t count, std::chrono::milliseconds timeout) const
+{
+    return m_engine->journal.wait(path, count, timeout);
+}
+
+void Server::clearExchanges()
+{
+    m_engine->journal.clear();
+}
+
+std::vector<Registration> Server::registrations() const
+{
+    std::vector<Registration> found = m_engine->store.registrations();
+    for (Registration& registration : found)
+    {
+        registration.online = m_engine->service.online(registration);
+    }
+    return found;
+}
+
+bool Server::registered(const std::string& device) const
+{
+    const std::optional<Registration> registration = m_engine->store.registration(device);
+    return registration && m_engine->service.online(*registration);
+}
+
+void Server::registerDevice(const std::string& device)
+{
+    m_engine->store.addRegistration(device, m_engine->service.now());
+}
+
+void Server::forgetRegistrations()
+{
+    m_engine->store.forgetRegistrations();
+}
+
+StoreCounts Server::stored() const
+{
+    return m_engine->store.counts();
+}
+
+std::vector<StoredPost> Server::posts(const std::string& path) const
+{
+    return m_engine->store.posts(path);
+}
+
+std::vector<StoredObject> Server::objects(const std::string& kind) const
+{
+    return m_engine->store.objects(kind);
+}
+
+std::vector<Picture> Server::pictures(const std::string& objectId) const
+{
+    return m_engine->store.pictures(objectId);
+}
+
+void Server::setClockOffset(std::chrono::milliseconds offset)
+{
+    m_engine->service.setClockOffset(offset);
+}
+
+} // namespace viewlib

@@ -1,0 +1,326 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "service.h"
+
+#include "json.h"
+#include "text.h"
+
+namespace viewlib
+{
+
+namespace
+{
+
+/* Values of "StatusCode". */
+constexpr int ok = 0;
+constexpr int otherFault = 1;
+constexpr int invalidOperation = 4;
+constexpr int jsonFormat = 7;
+constexpr int jsonContent = 8;
+
+bool isSession(Kind kind)
+{
+    return kind == Kind::Register || kind == Kind::UnRegister || kind == Kind::Keepalive || kind == Kind::Time;
+}
+
+Json statusObject(const Exchange& exchange, const Status& status, const std::string& time)
+{
+    Json object(cJSON_CreateObject());
+    cJSON_AddStringToObject(object.get(), "RequestURL", exchange.target.c_str());
+    cJSON_AddNumberToObject(object.get(), "StatusCode", status.code);
+    cJSON_AddStringToObject(object.get(), "StatusString", status.text.c_str());
+    cJSON_AddStringToObject(object.get(), "Id", status.id.c_str());
+    cJSON_AddStringToObject(object.get(), "LocalTime", time.c_str());
+    return object;
+}
+
+bool hasRoot(const cJSON* tree, const Resource& resource)
+{
+    for (const char* root : resource.roots)
+    {
+        if (root != nullptr && cJSON_IsObject(cJSON_GetObjectItemCaseSensitive(tree, root)))
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isDocumentType(const std::string& contentType)
+{
+    const std::string type = contentType.substr(0, contentType.find(';'));
+    return sameNoCase(type, "application/VIID+JSON") || sameNoCase(type, "application/json");
+}
+
+/* One status for each object that the collection holds; objects that came along with them have none of their own. */
+std::vector<Status> statusesOf(const Findings& findings, const Resource& resource)
+{
+    std::vector<Status> statuses;
+    for (const FoundObject& found : findings.objects)
+    {
+        if (found.object.kind == resource.objects)
+        {
+            statuses.push_back({ok, "OK", found.object.objectId});
+        }
+    }
+    return statuses.empty() ? std::vector<Status>{Status{}} : statuses;
+}
+
+} // namespace
+
+Service::Service(const Config& config, Store& store)
+    : m_config(config), m_store(store), m_verifier(config), m_clockOffset(config.clockOffset)
+{
+}
+
+std::chrono::system_clock::time_point Service::now() const
+{
+    return m_config.clock ? m_config.clock() : std::chrono::system_clock::now();
+}
+
+std::chrono::system_clock::time_point Service::shownTime() const
+{
+    return now() + m_clockOffset.load();
+}
+
+bool Service::online(const Registration& registration) const
+{
+    return m_config.registrationLifetime.count() == 0 ||
+           now() - registration.lastKeepalive <= m_config.registrationLifetime;
+}
+
+Answer Service::envelope(const Exchange& exchange, unsigned http, const std::vector<Status>& statuses) const
+{
+    const std::string time = localTime(shownTime());
+    const std::optional<ResourceMatch> match = findResource(exchange.path);
+    Json root(cJSON_CreateObject());
+    if (match && isSession(match->kind))
+    {
+        cJSON_AddItemToObject(root.get(), "ResponseStatusObject",
+                              statusObject(exchange, statuses.front(), time).release());
+    }
+    else
+    {
+        cJSON* list = cJSON_AddObjectToObject(root.get(), "ResponseStatusListObject");
+        cJSON* array = cJSON_AddArrayToObject(list, "ResponseStatusObject");
+        for (const Status& status : statuses)
+        {
+            cJSON_AddItemToArray(array, statusObject(exchange, status, time).release());
+        }
+    }
+    return Answer(http, printJson(root.get()));
+}
+
+Answer Service::fault(const Exchange& exchange, unsigned http, int code, const std::string& text) const
+{
+    return envelope(exchange, http, {{code, text, {}}});
+}
+
+std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks)
+{
+    const std::optional<ResourceMatch> match = findResource(exchange.path);
+    if (!match)
+    {
+        return fault(exchange, 404, invalidOperation, "there is no resource " + exchange.path);
+    }
+    if (exchange.method != match->method)
+    {
+        return fault(exchange, 405, invalidOperation, exchange.method + " is not served here")
+            .with("Allow", match->method);
+    }
+    if (exchange.oversized)
+    {
+        return fault(exchange, 413, invalidOperation,
+                     "the body is larger than " + std::to_string(m_config.maxBody) + " bytes");
+    }
+    if (checks == Checks::FormOnly || match->kind == Kind::LogEvent)
+    {
+        return std::nullopt;
+    }
+    const bool digest = match->kind == Kind::Register || match->kind == Kind::UnRegister;
+    return digest ? refuseCredentials(exchange) : refuseStranger(exchange);
+}
+
+std::optional<Answer> Service::refuseCredentials(const Exchange& exchange)
+{
+    if (m_config.user.empty())
+    {
+        return std::nullopt;
+    }
+    const digest::Verdict verdict =
+        m_verifier.verify(exchange.header("Authorization"), exchange.method, exchange.target, now());
+    if (verdict == digest::Verdict::Accepted)
+    {
+        return std::nullopt;
+    }
+    Answer answer = fault(exchange, 401, invalidOperation, digest::describe(verdict));
+    for (std::string& challenge : m_verifier.challenges(verdict == digest::Verdict::StaleNonce, now()))
+    {
+        answer.with("WWW-Authenticate", std::move(challenge));
+    }
+    return answer;
+}
+
+std::optional<Answer> Service::refuseStranger(const Exchange& exchange) const
+{
+    if (!m_config.strict.registration)
+    {
+        return std::nullopt;
+    }
+    const std::string device = exchange.device();
+    const std::optional<Registration> registration = m_store.registration(device);
+    if (registration && online(*registration))
+    {
+        return std::nullopt;
+    }
+    return fault(exchange, 401, invalidOperation,
+                 registration ? "the registration of device \"" + device + "\" has expired"
+                              : "device \"" + device + "\" is not registered");
+}
+
+Answer Service::perform(const Exchange& exchange)
+{
+    const std::optional<ResourceMatch> match = findResource(exchange.path);
+    switch (match ? match->kind : Kind::LogEvent)
+    {
+    case Kind::Register:
+        return registerDevice(exchange);
+    case Kind::UnRegister:
+        return unregisterDevice(exchange);
+    case Kind::Keepalive:
+        return keepAlive(exchange);
+    case Kind::Time:
+        return tellTime();
+    case Kind::Collection:
+        return storeDocument(exchange, *match->resource);
+    case Kind::Data:
+        return storeData(exchange, *match);
+    case Kind::LogEvent:
+        break;
+    }
+    return storeLogEvent(exchange);
+}
+
+Service::Identity Service::identify(const Exchange& exchange, const char* root) const
+{
+    const Json tree = parseJson(exchange.body);
+    if (!tree)
+    {
+        return {{}, fault(exchange, 400, jsonFormat, "the body is not JSON")};
+    }
+    std::string device = textOf(cJSON_GetObjectItemCaseSensitive(tree.get(), root), "DeviceID");
+    if (device.empty())
+    {
+        return {{}, fault(exchange, 400, jsonContent, std::string("there is no \"DeviceID\" in \"") + root + "\"")};
+    }
+    const std::string header = exchange.device();
+    if (m_config.strict.identity && !header.empty() && header != device)
+    {
+        return {{},
+                fault(exchange, 400, jsonContent,
+                      "\"DeviceID\" is \"" + device + "\", but User-Identify says \"" + header + "\"")};
+    }
+    return {std::move(device), std::nullopt};
+}
+
+Answer Service::registerDevice(const Exchange& exchange)
+{
+    Identity identity = identify(exchange, "RegisterObject");
+    if (identity.fault)
+    {
+        return *std::move(identity.fault);
+    }
+    m_store.addRegistration(identity.device, now());
+    return envelope(exchange, 200, {{ok, "OK", identity.device}});
+}
+
+Answer Service::unregisterDevice(const Exchange& exchange)
+{
+    Identity identity = identify(exchange, "UnRegisterObject");
+    if (identity.fault)
+    {
+        return *std::move(identity.fault);
+    }
+    if (!m_store.removeRegistration(identity.device))
+    {
+        return fault(exchange, 404, invalidOperation, "device \"" + identity.device + "\" is not registered");
+    }
+    return envelope(exchange, 200, {{ok, "OK", identity.device}});
+}
+
+Answer Service::keepAlive(const Exchange& exchange)
+{
+    Identity identity = identify(exchange, "KeepaliveObject");
+    if (identity.fault)
+    {
+        return *std::move(identity.fault);
+    }
+    m_store.keepAlive(identity.device, now());
+    return envelope(exchange, 200, {{ok, "OK", identity.device}});
+}
+
+Answer Service::tellTime() const
+{
+    const std::chrono::system_clock::time_point time = shownTime();
+    Json root(cJSON_CreateObject());
+    cJSON* object = cJSON_AddObjectToObject(root.get(), "SystemTimeObject");
+    cJSON_AddStringToObject(object, "VIIDServerID", m_config.serverId.c_str());
+    cJSON_AddStringToObject(object, "TimeMode", "1");
+    cJSON_AddStringToObject(object, "LocalTime", localTime(time).c_str());
+    cJSON_AddStringToObject(object, "TimeZone", timeZone(time).c_str());
+    return Answer(200, printJson(root.get()));
+}
+
+StoredPost Service::postOf(const Exchange& exchange) const
+{
+    StoredPost post;
+    post.received = exchange.received;
+    post.device = exchange.device();
+    post.path = exchange.path;
+    post.contentType = exchange.header("Content-Type");
+    post.body = exchange.body;
+    return post;
+}
+
+Answer Service::storeDocument(const Exchange& exchange, const Resource& resource)
+{
+    const std::string type = exchange.header("Content-Type");
+    if (m_config.strict.mediaType && !isDocumentType(type))
+    {
+        return fault(exchange, 415, invalidOperation, "\"" + type + "\" is not application/VIID+JSON");
+    }
+    const Json tree = parseJson(exchange.body);
+    if (!tree)
+    {
+        return fault(exchange, 400, jsonFormat, "the body is not JSON");
+    }
+    if (!hasRoot(tree.get(), resource))
+    {
+        return fault(exchange, 400, jsonContent, std::string("the document has no \"") + resource.roots[0] + "\"");
+    }
+    const Findings findings = findObjects(tree.get(), !m_config.strict.lineBreaks);
+    if (!findings.fault.empty())
+    {
+        return fault(exchange, 400, jsonContent, findings.fault);
+    }
+    m_store.add(postOf(exchange), findings.objects);
+    return envelope(exchange, 200, statusesOf(findings, resource));
+}
+
+Answer Service::storeData(const Exchange& exchange, const ResourceMatch& match)
+{
+    m_store.add(postOf(exchange),
+                {dataObject(match.resource->objects, match.id, exchange.body, !m_config.strict.lineBreaks)});
+    return envelope(exchange, 200, {{ok, "OK", match.id}});
+}
+
+Answer Service::storeLogEvent(const Exchange& exchange)
+{
+    if (!parseJson(exchange.body))
+    {
+        return fault(exchange, 400, jsonFormat, "the body is not JSON");
+    }
+    m_store.add(postOf(exchange), {});
+    return envelope(exchange, 200, {Status{}});
+}
+
+} // namespace viewlib

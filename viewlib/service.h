@@ -1,0 +1,82 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include "digest.h"
+#include "resources.h"
+#include "store.h"
+#include "viewlib/answer.h"
+#include "viewlib/config.h"
+#include "viewlib/exchange.h"
+
+#include <atomic>
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace viewlib
+{
+
+/* What goes into one "ResponseStatusObject". */
+struct Status
+{
+    int code = 0;
+    std::string text = "OK";
+    std::string id;
+};
+
+/* The resources of the view library: who may use them and what they do. */
+class Service
+{
+  public:
+    Service(const Config& config, Store& store);
+
+    enum class Checks
+    {
+        All,
+        FormOnly /* path, method and size, but neither credentials nor registration */
+    };
+    /* The answer for a request that may not go on; nothing when it may. */
+    std::optional<Answer> refuse(const Exchange& exchange, Checks checks);
+    /* The answer for one that may. */
+    Answer perform(const Exchange& exchange);
+    /* The standard envelope under an HTTP status. */
+    Answer envelope(const Exchange& exchange, unsigned http, const std::vector<Status>& statuses) const;
+
+    std::chrono::system_clock::time_point now() const;
+    bool online(const Registration& registration) const;
+    void setClockOffset(std::chrono::milliseconds offset)
+    {
+        m_clockOffset = offset;
+    }
+
+  private:
+    std::optional<Answer> refuseCredentials(const Exchange& exchange);
+    std::optional<Answer> refuseStranger(const Exchange& exchange) const;
+
+    Answer registerDevice(const Exchange& exchange);
+    Answer unregisterDevice(const Exchange& exchange);
+    Answer keepAlive(const Exchange& exchange);
+    Answer tellTime() const;
+    Answer storeDocument(const Exchange& exchange, const Resource& resource);
+    Answer storeData(const Exchange& exchange, const ResourceMatch& match);
+    Answer storeLogEvent(const Exchange& exchange);
+
+    /* The "DeviceID" of a session document, or the answer that says what is wrong with it. */
+    struct Identity
+    {
+        std::string device;
+        std::optional<Answer> fault;
+    };
+    Identity identify(const Exchange& exchange, const char* root) const;
+    Answer fault(const Exchange& exchange, unsigned http, int code, const std::string& text) const;
+    StoredPost postOf(const Exchange& exchange) const;
+    std::chrono::system_clock::time_point shownTime() const;
+
+    const Config m_config;
+    Store& m_store;
+    digest::Verifier m_verifier;
+    std::atomic<std::chrono::milliseconds> m_clockOffset;
+};
+
+} // namespace viewlib

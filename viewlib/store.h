@@ -1,0 +1,62 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include "documents.h"
+#include "viewlib/stored.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct sqlite3;
+
+namespace viewlib
+{
+
+/* What the server remembers: registrations, documents, objects and pictures. Members throw std::runtime_error. */
+class Store
+{
+  public:
+    using Time = std::chrono::system_clock::time_point;
+
+    /* ":memory:", or a directory that is made when it is not there; pictures are files in it. */
+    explicit Store(const std::string& storage);
+    ~Store();
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+
+    void addRegistration(const std::string& device, Time now);
+    bool removeRegistration(const std::string& device); /* false: there was none */
+    void keepAlive(const std::string& device, Time now);
+    void forgetRegistrations();
+    std::optional<Registration> registration(const std::string& device) const;
+    std::vector<Registration> registrations() const;
+
+    /* All of a post or nothing of it. */
+    void add(const StoredPost& post, const std::vector<FoundObject>& objects);
+    StoreCounts counts() const;
+    std::vector<StoredPost> posts(const std::string& path) const;
+    std::vector<StoredObject> objects(const std::string& kind) const;
+    std::vector<Picture> pictures(const std::string& objectId) const;
+
+  private:
+    void openDirectory();
+    void addObject(std::int64_t post, const FoundObject& found);
+    void addPicture(std::int64_t object, const Picture& picture);
+    std::string saveFile(std::int64_t id, const std::string& bytes) const;
+    std::string loadFile(const std::string& file) const;
+
+    struct Close
+    {
+        void operator()(sqlite3* database) const;
+    };
+    std::string m_directory; /* empty: in memory */
+    mutable std::mutex m_mutex;
+    std::unique_ptr<sqlite3, Close> m_database;
+};
+
+} // namespace viewlib

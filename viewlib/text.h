@@ -1,0 +1,21 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace viewlib
+{
+
+bool sameNoCase(std::string_view left, std::string_view right);
+std::string toHex(const unsigned char* bytes, std::size_t length);
+
+/* Whether a path fits "*", "/some/beginning*" or an exact path. */
+bool pathFits(std::string_view pattern, std::string_view path);
+
+/* YYYYMMDDhhmmss in the local zone, and that zone as "UTC+8" or "UTC-3:30". */
+std::string localTime(std::chrono::system_clock::time_point time);
+std::string timeZone(std::chrono::system_clock::time_point time);
+
+} // namespace viewlib
