@@ -20,7 +20,8 @@ inline u32 PubSecTextLength(const char* pchText, u32 dwCapacity)
 /* Copies what fits of a text that ends at its terminator or after dwSrcCapacity bytes; the copy is terminated. */
 void PubSecCopyText(char* pchDest, u32 dwDestSize, const char* pchSrc, u32 dwSrcCapacity);
 
-template <size_t DestSize, size_t SrcSize> void PubSecCopyField(char (&achDest)[DestSize], const char (&achSrc)[SrcSize])
+template <size_t DestSize, size_t SrcSize>
+void PubSecCopyField(char (&achDest)[DestSize], const char (&achSrc)[SrcSize])
 {
     PubSecCopyText(achDest, DestSize, achSrc, SrcSize);
 }

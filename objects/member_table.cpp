@@ -3,8 +3,8 @@
 
 #include <cjson/cJSON.h>
 
+#include "core/json_tree.h"
 #include "core/text.h"
-#include "objects/json_tree.h"
 
 namespace
 {

@@ -200,7 +200,8 @@ template <typename Field, typename Gate, EPubSecRule Rule> constexpr void PubSec
 
 /* Nested objects: from a pointer, from a pointer while a text field is "1", and embedded behind a u16 flag. */
 #define PS_OBJECT_POINTER(key, field, table) PS_MEMBER(key, PUBSEC_RULE_POINTER, field, field, &(table))
-#define PS_OBJECT_POINTER_IF_ONE(key, text, field, table) PS_MEMBER(key, PUBSEC_RULE_POINTER_IF_ONE, field, text, &(table))
+#define PS_OBJECT_POINTER_IF_ONE(key, text, field, table)                                                              \
+    PS_MEMBER(key, PUBSEC_RULE_POINTER_IF_ONE, field, text, &(table))
 #define PS_OBJECT_FLAG16(key, flag, field, table) PS_MEMBER(key, PUBSEC_RULE_FLAG16, field, flag, &(table))
 
 /* A nested object made of fields of the record itself. */

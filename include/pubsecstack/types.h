@@ -25,8 +25,8 @@ struct cJSON;
 #endif
 
 #ifdef __cplusplus
-#define PUBSEC_C_BEGIN \
-    extern "C"         \
+#define PUBSEC_C_BEGIN                                                                                                 \
+    extern "C"                                                                                                         \
     {
 #define PUBSEC_C_END }
 #else

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "objects/json_tree.h"
+#include "core/json_tree.h"
 
 #include <limits.h>
 #include <string.h>
@@ -23,7 +23,8 @@ cJSON* AddNode(cJSON* ptObject, const char* pchKey, cJSON* ptNode)
 /* What the printer asks for around any value: a number's digits, the terminator and its own margin. */
 constexpr size_t c_nodeMargin = 64;
 
-/* Room for the printed tree. Escaped characters take more than they are counted for; the printer then grows the block. */
+/* Room for the printed tree. Escaped characters take more than they are counted for; the printer then grows the block.
+ */
 size_t PrintedSize(const cJSON* ptNode)
 {
     size_t size = c_nodeMargin;
@@ -44,6 +45,22 @@ size_t PrintedSize(const cJSON* ptNode)
         }
     }
     return size;
+}
+
+bool OwnText(cJSON* ptNode)
+{
+    static char s_achEmpty[] = "";
+    const size_t size = strlen(ptNode->valuestring) + 1;
+    char* pchCopy = static_cast<char*>(cJSON_malloc(size));
+    if (pchCopy == nullptr)
+    {
+        ptNode->valuestring = s_achEmpty;
+        return false;
+    }
+    memcpy(pchCopy, ptNode->valuestring, size);
+    ptNode->valuestring = pchCopy;
+    ptNode->type &= ~cJSON_IsReference;
+    return true;
 }
 
 } // namespace
@@ -103,6 +120,20 @@ cJSON* PubSecJsonAppendObject(cJSON* ptArray)
     return ptNode;
 }
 
+bool PubSecJsonOwnTexts(cJSON* ptFirst)
+{
+    bool bOwned = true;
+    for (cJSON* ptNode = ptFirst; ptNode != nullptr; ptNode = ptNode->next)
+    {
+        bOwned = PubSecJsonOwnTexts(ptNode->child) && bOwned;
+        if (cJSON_IsString(ptNode) && (ptNode->type & cJSON_IsReference) != 0)
+        {
+            bOwned = OwnText(ptNode) && bOwned;
+        }
+    }
+    return bOwned;
+}
+
 char* PubSecJsonPrint(cJSON* ptRoot)
 {
     if (ptRoot == nullptr)
@@ -110,7 +141,8 @@ char* PubSecJsonPrint(cJSON* ptRoot)
         return nullptr;
     }
     const size_t size = PrintedSize(ptRoot);
-    char* pchText = size <= INT_MAX ? cJSON_PrintBuffered(ptRoot, static_cast<int>(size), 0) : cJSON_PrintUnformatted(ptRoot);
+    char* pchText =
+        size <= INT_MAX ? cJSON_PrintBuffered(ptRoot, static_cast<int>(size), 0) : cJSON_PrintUnformatted(ptRoot);
     cJSON_Delete(ptRoot);
     return pchText;
 }

@@ -3,8 +3,8 @@
  * Trees that refer to what they are made from: keys are constants, texts are the host's memory for the length of the
  * call. Nothing is copied that need not be; a picture of 10 MB is not.
  */
-#ifndef PUBSEC_OBJECTS_JSON_TREE_H
-#define PUBSEC_OBJECTS_JSON_TREE_H
+#ifndef PUBSEC_CORE_JSON_TREE_H
+#define PUBSEC_CORE_JSON_TREE_H
 
 #include <pubsecstack/types.h>
 
@@ -24,8 +24,14 @@ void PubSecJsonAddBoundedText(struct cJSON* ptObject, const char* pchKey, const 
 struct cJSON* PubSecJsonAppendObject(struct cJSON* ptArray);
 
 /*
- * Prints the tree unformatted into one block of about the document's size, and deletes it. Null when the tree is null or
- * there is no memory. The text is released with cJSON_free.
+ * Replaces what the nodes from ptFirst on, and everything below them, refer to by copies, for a tree that outlives its
+ * sources. A text that cannot be copied is written as empty; the result is then false.
+ */
+bool PubSecJsonOwnTexts(struct cJSON* ptFirst);
+
+/*
+ * Prints the tree unformatted into one block of about the document's size, and deletes it. Null when the tree is null
+ * or there is no memory. The text is released with cJSON_free.
  */
 char* PubSecJsonPrint(struct cJSON* ptRoot);
 

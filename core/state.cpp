@@ -1,0 +1,46 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "core/state.h"
+
+TPubSecPlatRegInfo g_atPubSecStackGlobalCommon[PUBSEC_PLATFORM_NUM];
+TPubSecPlatRegInfo g_atPubSecStackGlobalCommon_New[PUBSEC_PLATFORM_NUM];
+TPubSecFirstRegMess g_tFirstRegMess[PUBSEC_PLATFORM_NUM];
+u32 g_bPubSecRegStatus[PUBSEC_PLATFORM_NUM];
+u32 g_adwPubSecStackPlatIndex[PUBSEC_PLATFORM_NUM];
+TAppTimerHandle g_ahKeepaliveTimer[PUBSEC_PLATFORM_NUM];
+TAppTimerHandle g_ahSyncTimeTimer[PUBSEC_PLATFORM_NUM];
+u8 abyKeepalivFailTimes[PUBSEC_PLATFORM_NUM];
+PFPubSecRegStatus g_pfRegStatus[2];
+u32 g_bPubSecInit;
+u32 g_bPubSecUnRegFlag;
+TAppLockHandle g_hPubSecStackCommonLock;
+TAppMemPoolHandle g_hMemPool;
+TAppTaskMgrHandle g_hTaskMgr;
+TAppTaskHandle g_hAppTaskNoDelay;
+TAppTaskHandle g_hAppTaskDelay;
+TAppTaskHandle g_hAppTaskRegister;
+u32 g_ePubSecStackLogLevel;
+const char* g_pchPubSecConfFileDef = "NULL";
+
+namespace
+{
+
+/* The host may configure the stack before it starts it, so the lock is there from the moment the library is loaded. */
+__attribute__((constructor)) void CreateLock()
+{
+    if (g_hPubSecStackCommonLock == nullptr)
+    {
+        g_hPubSecStackCommonLock = AppLockCreate();
+    }
+}
+
+} // namespace
+
+void PubSecLockTake()
+{
+    AppLockTakeByTime(g_hPubSecStackCommonLock, 0);
+}
+
+void PubSecLockGive()
+{
+    AppLockGive(g_hPubSecStackCommonLock);
+}

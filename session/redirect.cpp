@@ -1,0 +1,61 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Following a redirect, and going back to where it came from. */
+#include "session/redirect.h"
+
+#include "core/log.h"
+#include "core/platform_table.h"
+#include "core/text.h"
+
+namespace
+{
+
+/* Points the pending record at another address; everything else is as in force. */
+void PointAt(u32 dwPlatform, const char* pchIp, u32 dwPort)
+{
+    TPubSecPlatRegInfo tInfo;
+    PubSecTableRead(dwPlatform, &tInfo);
+    PubSecCopyText(tInfo.achServerIP, sizeof(tInfo.achServerIP), pchIp, sizeof(tInfo.achServerIP));
+    tInfo.dwServerPort = dwPort;
+    PubSecStackUpdateRegisterInfo(static_cast<s32>(dwPlatform), &tInfo);
+}
+
+} // namespace
+
+void PubSecFollowRedirect(u32 dwPlatform, CURL* ptHandle, const char* pchFunction)
+{
+    char* pchTarget = nullptr;
+    char achIp[PUBSEC_ADDR_SIZE] = {};
+    u32 dwPort = 0;
+    curl_easy_getinfo(ptHandle, CURLINFO_REDIRECT_URL, &pchTarget);
+    if (PubSecStackGetLocation(pchTarget, achIp, &dwPort) == 0)
+    {
+        return;
+    }
+    char achShown[512];
+    PubSecStripUserInfo(pchTarget, achShown, sizeof(achShown));
+    PUBSEC_DBG_AS(pchFunction, "http pchLocation=%s.", achShown);
+
+    TPubSecPlatRegInfo tInfo;
+    TPubSecFirstRegMess tMemory = {};
+    PubSecTableRead(dwPlatform, &tInfo);
+    AppMemcpy(tMemory.achFirstIP, tInfo.achServerIP, sizeof(tMemory.achFirstIP));
+    tMemory.dwFirstPort = tInfo.dwServerPort;
+    PubSecBracketHost(achIp, tMemory.achLocationIP, sizeof(tMemory.achLocationIP));
+    tMemory.dwLocationPort = dwPort;
+    PubSecLockTake();
+    g_tFirstRegMess[dwPlatform] = tMemory;
+    PubSecLockGive();
+
+    PointAt(dwPlatform, achIp, dwPort);
+}
+
+void PubSecReturnFromRedirect(u32 dwPlatform)
+{
+    PubSecLockTake();
+    const TPubSecFirstRegMess tMemory = g_tFirstRegMess[dwPlatform];
+    PubSecLockGive();
+    if (tMemory.achFirstIP[0] != '\0')
+    {
+        PointAt(dwPlatform, tMemory.achFirstIP, tMemory.dwFirstPort);
+    }
+}
