@@ -1,0 +1,91 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include <pubsecstack/non_motor_vehicle.h>
+
+#include "tests/objects/demanded.h"
+
+namespace records
+{
+
+const std::vector<Member>& NonMotorVehicleMembers()
+{
+    using R = TPubSecNonMotorVehicleObjInfo;
+    static const std::vector<Member> members = {
+        ALWAYS_TEXT("NonMotorVehicleID", achNonMotorVehicleID, 49),
+        ALWAYS("InfoKind", dwInfoKind, u32),
+        ALWAYS_TEXT("SourceID", achSourceID, 42),
+        TEXT("DeviceID", achDeviceID, 21),
+        ALWAYS("LeftTopX", nLeftTopX, s32),
+        ALWAYS("LeftTopY", nLeftTopY, s32),
+        ALWAYS("RightBtmX", nRightBtmX, s32),
+        ALWAYS("RightBtmY", nRightBtmY, s32),
+        ALWAYS_TEXT("MarkTime", achMarkTime, 15),
+        ALWAYS_TEXT("AppearTime", achAppearTime, 15),
+        ALWAYS_TEXT("DisappearTime", achDisappearTime, 15),
+        ONE_ZERO("HasPlate", dwHasPlate, u32),
+        ALWAYS_TEXT("PlateClass", achPlateClass, 3),
+        ALWAYS_TEXT("PlateColor", achPlateColor, 3),
+        ALWAYS_TEXT("PlateNo", achPlateNo, 17),
+        TEXT("PlateNoAttach", achPlateNoAttach, 17),
+        TEXT("PlateDescribe", achPlateDescribe, 65),
+        ONE_ZERO("IsDecked", dwIsDecked, u32),
+        ONE_ZERO("IsAltered", dwIsAltered, u32),
+        ONE_ZERO("IsCovered", dwIsCovered, u32),
+        NOT_MINUS_ONE("Speed", dSpeed, double),
+        TEXT("DrivingStatusCode", achDrivingStatusCode, 8),
+        NOT_MINUS_ONE("UsingPropertiesCode", nUsingPropertiesCode, s32),
+        TEXT("UsingPropertiesCode", achUsingPropertiesCode, 5),
+        TEXT("VehicleBrand", achVehicleBrand, 33),
+        TEXT("VehicleType", achVehicleType, 65),
+        NOT_MINUS_ONE("VehicleLength", nVehicleLength, s32),
+        NOT_MINUS_ONE("VehicleWidth", nVehicleWidth, s32),
+        NOT_MINUS_ONE("VehicleHeight", nVehicleHeight, s32),
+        ALWAYS_TEXT("VehicleColor", achVehicleColor, 3),
+        TEXT("VehicleHood", achVehicleHood, 65),
+        TEXT("VehicleTrunk", achVehicleTrunk, 65),
+        TEXT("VehicleWheel", achVehicleWheel, 3),
+        TEXT("WheelPrintedPattern", achWheelPrintedPattern, 5),
+        TEXT("VehicleWindow", achVehicleWindow, 65),
+        TEXT("VehicleRoof", achVehicleRoof, 65),
+        TEXT("VehicleDoor", achVehicleDoor, 65),
+        TEXT("SideOfVehicle", achSideOfVehicle, 65),
+        TEXT("CarOfVehicle", achCarOfVehicle, 65),
+        TEXT("RearviewMirror", achRearviewMirror, 65),
+        TEXT("VehicleChassis", achVehicleChassis, 65),
+        TEXT("VehicleShielding", achVehicleShielding, 65),
+        NOT_MINUS_ONE("FilmColor", nFilmColor, s32),
+        NOT_MINUS_ONE("IsModified", nIsModified, s32),
+        NOT_MINUS_ONE("CyclingType", nCyclingType, s32),
+        NOT_MINUS_ONE("CyclingPersonNum", nCyclingPersonNum, s32),
+        TEXT("PlaceCode", achPlaceCode, 7),
+        TEXT("ProvinceCode", achProvinceCode, 7),
+        TEXT("CityCode", achCityCode, 7),
+        NOT_MINUS_ONE("SourceFactory", nSourceFactory, s32),
+        NOT_MINUS_ONE("DeviceClass", nDeviceClass, s32),
+        TEXT("PassTime", achPassTime, 15),
+        TEXT("Direction", achDirection, 9),
+        NOT_MINUS_ONE("ShotPlaceLongitude", dShotPlaceLongitude, double),
+        NOT_MINUS_ONE("ShotPlaceLatitude", dShotPlaceLatitude, double),
+        TEXT("AreaID", achAreaID, 44),
+        NOT_MINUS_ONE("SourceType", nSourceType, s32),
+        TEXT("ServiceTime", achServiceTime, 15),
+        TEXT("MonitorTime", achMonitorTime, 15),
+        TEXT("EngineNo", achEngineNo, 42),
+        TEXT("ProveTime", achProveTime, 15),
+        TEXT("ProveOrg", achProveOrg, 42),
+        TEXT("OperateTime", achOperateTime, 15),
+        TEXT("CaseID", achCaseID, 31),
+        TEXT("CaseDesc", achCaseDesc, 128),
+        TEXT("ShelvesNo", achShelvesNo, 65),
+        NOT_MINUS_ONE("State", nState, s32),
+        NOT_MINUS_ONE("HasHelmet", nHasHelmet, s32),
+        NOT_MINUS_ONE("HasParasol", nHasParasol, s32),
+        NOT_MINUS_ONE("HasRainshed", nHasRainshed, s32),
+        NOT_MINUS_ONE("HasTakeoutBox", nHasTakeoutBox, s32),
+        NOT_MINUS_ONE("HasPassenger", nHasPassenger, s32),
+        NOT_MINUS_ONE("HasHood", nHasHood, s32),
+        TEXT("VehicleClass", achVehicleClass, 4),
+    };
+    return members;
+}
+
+} // namespace records
