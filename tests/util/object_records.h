@@ -14,6 +14,7 @@
 
 struct Person
 {
+    static constexpr char name[] = "Person";
     using Record = TPubSecPersonnelObjInfo;
     static constexpr auto copy = PubSecStackDup_TPubSecPersonnelObjInfo;
     static constexpr auto release = PubSecStackFree_TPubSecPersonnelObjInfo;
@@ -23,6 +24,7 @@ struct Person
 
 struct Face
 {
+    static constexpr char name[] = "Face";
     using Record = TPubSecFaceObjInfo;
     static constexpr auto copy = PubSecStackDup_TPubSecFaceObjInfo;
     static constexpr auto release = PubSecStackFree_TPubSecFaceObjInfo;
@@ -32,6 +34,7 @@ struct Face
 
 struct MotorVehicle
 {
+    static constexpr char name[] = "MotorVehicle";
     using Record = TPubSecMotorVehicleObjInfo;
     static constexpr auto copy = PubSecStackDup_TPubSecMotorVehicleObjInfo;
     static constexpr auto release = PubSecStackFree_TPubSecMotorVehicleObjInfo;
@@ -41,11 +44,20 @@ struct MotorVehicle
 
 struct NonMotorVehicle
 {
+    static constexpr char name[] = "NonMotorVehicle";
     using Record = TPubSecNonMotorVehicleObjInfo;
     static constexpr auto copy = PubSecStackDup_TPubSecNonMotorVehicleObjInfo;
     static constexpr auto release = PubSecStackFree_TPubSecNonMotorVehicleObjInfo;
     static constexpr char copyName[] = "PubSecStackDup_TPubSecNonMotorVehicleObjInfo";
     static constexpr char releaseName[] = "PubSecStackFree_TPubSecNonMotorVehicleObjInfo";
+};
+
+struct KindName
+{
+    template <typename Kind> static std::string GetName(int)
+    {
+        return Kind::name;
+    }
 };
 
 using ObjectRecords = testing::Types<Person, Face, MotorVehicle, NonMotorVehicle>;

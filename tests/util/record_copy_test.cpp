@@ -44,7 +44,7 @@ template <typename Kind> class ObjectCopy : public host::Test
 
 } // namespace
 
-TYPED_TEST_SUITE(ObjectCopy, ObjectRecords);
+TYPED_TEST_SUITE(ObjectCopy, ObjectRecords, KindName);
 
 TYPED_TEST(ObjectCopy, BlocksChangeHands)
 {

@@ -52,7 +52,7 @@ template <typename Record> Record* records(size_t count)
 
 } // namespace
 
-TYPED_TEST_SUITE(ObjectRelease, ObjectRecords);
+TYPED_TEST_SUITE(ObjectRelease, ObjectRecords, KindName);
 
 TYPED_TEST(ObjectRelease, TextsThenArrayByMode)
 {
