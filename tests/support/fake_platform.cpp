@@ -13,7 +13,9 @@
 #include <thread>
 
 /* A test can bring its own version of any function. */
+#ifndef FAKE_FUNCTION
 #define FAKE_FUNCTION __attribute__((weak))
+#endif
 
 namespace fake_platform
 {
