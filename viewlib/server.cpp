@@ -61,6 +61,7 @@ struct Server::Engine : Handler
     Answer finish(Exchange& exchange, std::optional<Answer> early) override;
     void abandon(Exchange& exchange) override
     {
+        exchange.received = service.now();
         record(exchange);
     }
 
@@ -88,7 +89,7 @@ Answer Server::Engine::finish(Exchange& exchange, std::optional<Answer> early)
     }
     catch (const std::exception& error)
     {
-        answer = service.envelope(exchange, 500, {{1, error.what(), {}}});
+        answer = service.envelope(exchange, 500, {{StatusCode::OtherFault, error.what(), {}}});
     }
     complete(exchange, answer);
     const bool silent = isSilent(answer);
@@ -133,10 +134,8 @@ void Server::Engine::complete(const Exchange& exchange, Answer& answer) const
 {
     if (!answer.body)
     {
-        const bool good = answer.status < 400;
-        answer.body = bodyAllowed(answer.status)
-                          ? service.envelope(exchange, answer.status, {{good ? 0 : 1, good ? "OK" : "Fail", {}}}).body
-                          : std::string();
+        const Status status = answer.status < 400 ? Status{} : Status{StatusCode::OtherFault, "Fail", {}};
+        answer.body = bodyAllowed(answer.status) ? service.envelope(exchange, answer.status, {status}).body : "";
     }
     const bool typed = std::any_of(answer.headers.begin(), answer.headers.end(),
                                    [](const Header& header) { return sameNoCase(header.name, "Content-Type"); });

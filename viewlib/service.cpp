@@ -10,13 +10,6 @@ namespace viewlib
 namespace
 {
 
-/* Values of "StatusCode". */
-constexpr int ok = 0;
-constexpr int otherFault = 1;
-constexpr int invalidOperation = 4;
-constexpr int jsonFormat = 7;
-constexpr int jsonContent = 8;
-
 bool isSession(Kind kind)
 {
     return kind == Kind::Register || kind == Kind::UnRegister || kind == Kind::Keepalive || kind == Kind::Time;
@@ -26,7 +19,7 @@ Json statusObject(const Exchange& exchange, const Status& status, const std::str
 {
     Json object(cJSON_CreateObject());
     cJSON_AddStringToObject(object.get(), "RequestURL", exchange.target.c_str());
-    cJSON_AddNumberToObject(object.get(), "StatusCode", status.code);
+    cJSON_AddNumberToObject(object.get(), "StatusCode", static_cast<int>(status.code));
     cJSON_AddStringToObject(object.get(), "StatusString", status.text.c_str());
     cJSON_AddStringToObject(object.get(), "Id", status.id.c_str());
     cJSON_AddStringToObject(object.get(), "LocalTime", time.c_str());
@@ -59,7 +52,7 @@ std::vector<Status> statusesOf(const Findings& findings, const Resource& resourc
     {
         if (found.object.kind == resource.objects)
         {
-            statuses.push_back({ok, "OK", found.object.objectId});
+            statuses.push_back({StatusCode::Ok, "OK", found.object.objectId});
         }
     }
     return statuses.empty() ? std::vector<Status>{Status{}} : statuses;
@@ -110,7 +103,7 @@ Answer Service::envelope(const Exchange& exchange, unsigned http, const std::vec
     return Answer(http, printJson(root.get()));
 }
 
-Answer Service::fault(const Exchange& exchange, unsigned http, int code, const std::string& text) const
+Answer Service::fault(const Exchange& exchange, unsigned http, StatusCode code, const std::string& text) const
 {
     return envelope(exchange, http, {{code, text, {}}});
 }
@@ -120,16 +113,16 @@ std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks)
     const std::optional<ResourceMatch> match = findResource(exchange.path);
     if (!match)
     {
-        return fault(exchange, 404, invalidOperation, "there is no resource " + exchange.path);
+        return fault(exchange, 404, StatusCode::InvalidOperation, "there is no resource " + exchange.path);
     }
     if (exchange.method != match->method)
     {
-        return fault(exchange, 405, invalidOperation, exchange.method + " is not served here")
+        return fault(exchange, 405, StatusCode::InvalidOperation, exchange.method + " is not served here")
             .with("Allow", match->method);
     }
     if (exchange.oversized)
     {
-        return fault(exchange, 413, invalidOperation,
+        return fault(exchange, 413, StatusCode::InvalidOperation,
                      "the body is larger than " + std::to_string(m_config.maxBody) + " bytes");
     }
     if (checks == Checks::FormOnly || match->kind == Kind::LogEvent)
@@ -152,7 +145,7 @@ std::optional<Answer> Service::refuseCredentials(const Exchange& exchange)
     {
         return std::nullopt;
     }
-    Answer answer = fault(exchange, 401, invalidOperation, digest::describe(verdict));
+    Answer answer = fault(exchange, 401, StatusCode::InvalidOperation, digest::describe(verdict));
     for (std::string& challenge : m_verifier.challenges(verdict == digest::Verdict::StaleNonce, now()))
     {
         answer.with("WWW-Authenticate", std::move(challenge));
@@ -172,7 +165,7 @@ std::optional<Answer> Service::refuseStranger(const Exchange& exchange) const
     {
         return std::nullopt;
     }
-    return fault(exchange, 401, invalidOperation,
+    return fault(exchange, 401, StatusCode::InvalidOperation,
                  registration ? "the registration of device \"" + device + "\" has expired"
                               : "device \"" + device + "\" is not registered");
 }
@@ -205,18 +198,20 @@ Service::Identity Service::identify(const Exchange& exchange, const char* root) 
     const Json tree = parseJson(exchange.body);
     if (!tree)
     {
-        return {{}, fault(exchange, 400, jsonFormat, "the body is not JSON")};
+        return {{}, fault(exchange, 400, StatusCode::JsonFormat, "the body is not JSON")};
     }
     std::string device = textOf(cJSON_GetObjectItemCaseSensitive(tree.get(), root), "DeviceID");
     if (device.empty())
     {
-        return {{}, fault(exchange, 400, jsonContent, std::string("there is no \"DeviceID\" in \"") + root + "\"")};
+        return {
+            {},
+            fault(exchange, 400, StatusCode::JsonContent, std::string("there is no \"DeviceID\" in \"") + root + "\"")};
     }
     const std::string header = exchange.device();
     if (m_config.strict.identity && !header.empty() && header != device)
     {
         return {{},
-                fault(exchange, 400, jsonContent,
+                fault(exchange, 400, StatusCode::JsonContent,
                       "\"DeviceID\" is \"" + device + "\", but User-Identify says \"" + header + "\"")};
     }
     return {std::move(device), std::nullopt};
@@ -230,7 +225,7 @@ Answer Service::registerDevice(const Exchange& exchange)
         return *std::move(identity.fault);
     }
     m_store.addRegistration(identity.device, now());
-    return envelope(exchange, 200, {{ok, "OK", identity.device}});
+    return envelope(exchange, 200, {{StatusCode::Ok, "OK", identity.device}});
 }
 
 Answer Service::unregisterDevice(const Exchange& exchange)
@@ -242,9 +237,10 @@ Answer Service::unregisterDevice(const Exchange& exchange)
     }
     if (!m_store.removeRegistration(identity.device))
     {
-        return fault(exchange, 404, invalidOperation, "device \"" + identity.device + "\" is not registered");
+        return fault(exchange, 404, StatusCode::InvalidOperation,
+                     "device \"" + identity.device + "\" is not registered");
     }
-    return envelope(exchange, 200, {{ok, "OK", identity.device}});
+    return envelope(exchange, 200, {{StatusCode::Ok, "OK", identity.device}});
 }
 
 Answer Service::keepAlive(const Exchange& exchange)
@@ -255,7 +251,7 @@ Answer Service::keepAlive(const Exchange& exchange)
         return *std::move(identity.fault);
     }
     m_store.keepAlive(identity.device, now());
-    return envelope(exchange, 200, {{ok, "OK", identity.device}});
+    return envelope(exchange, 200, {{StatusCode::Ok, "OK", identity.device}});
 }
 
 Answer Service::tellTime() const
@@ -286,21 +282,22 @@ Answer Service::storeDocument(const Exchange& exchange, const Resource& resource
     const std::string type = exchange.header("Content-Type");
     if (m_config.strict.mediaType && !isDocumentType(type))
     {
-        return fault(exchange, 415, invalidOperation, "\"" + type + "\" is not application/VIID+JSON");
+        return fault(exchange, 415, StatusCode::InvalidOperation, "\"" + type + "\" is not application/VIID+JSON");
     }
     const Json tree = parseJson(exchange.body);
     if (!tree)
     {
-        return fault(exchange, 400, jsonFormat, "the body is not JSON");
+        return fault(exchange, 400, StatusCode::JsonFormat, "the body is not JSON");
     }
     if (!hasRoot(tree.get(), resource))
     {
-        return fault(exchange, 400, jsonContent, std::string("the document has no \"") + resource.roots[0] + "\"");
+        return fault(exchange, 400, StatusCode::JsonContent,
+                     std::string("the document has no \"") + resource.roots[0] + "\"");
     }
     const Findings findings = findObjects(tree.get(), !m_config.strict.lineBreaks);
     if (!findings.fault.empty())
     {
-        return fault(exchange, 400, jsonContent, findings.fault);
+        return fault(exchange, 400, StatusCode::JsonContent, findings.fault);
     }
     m_store.add(postOf(exchange), findings.objects);
     return envelope(exchange, 200, statusesOf(findings, resource));
@@ -310,14 +307,14 @@ Answer Service::storeData(const Exchange& exchange, const ResourceMatch& match)
 {
     m_store.add(postOf(exchange),
                 {dataObject(match.resource->objects, match.id, exchange.body, !m_config.strict.lineBreaks)});
-    return envelope(exchange, 200, {{ok, "OK", match.id}});
+    return envelope(exchange, 200, {{StatusCode::Ok, "OK", match.id}});
 }
 
 Answer Service::storeLogEvent(const Exchange& exchange)
 {
     if (!parseJson(exchange.body))
     {
-        return fault(exchange, 400, jsonFormat, "the body is not JSON");
+        return fault(exchange, 400, StatusCode::JsonFormat, "the body is not JSON");
     }
     m_store.add(postOf(exchange), {});
     return envelope(exchange, 200, {Status{}});

@@ -17,10 +17,20 @@
 namespace viewlib
 {
 
+/* The codes that this server gives. */
+enum class StatusCode
+{
+    Ok = 0,
+    OtherFault = 1,
+    InvalidOperation = 4,
+    JsonFormat = 7,
+    JsonContent = 8
+};
+
 /* What goes into one "ResponseStatusObject". */
 struct Status
 {
-    int code = 0;
+    StatusCode code = StatusCode::Ok;
     std::string text = "OK";
     std::string id;
 };
@@ -69,7 +79,7 @@ class Service
         std::optional<Answer> fault;
     };
     Identity identify(const Exchange& exchange, const char* root) const;
-    Answer fault(const Exchange& exchange, unsigned http, int code, const std::string& text) const;
+    Answer fault(const Exchange& exchange, unsigned http, StatusCode code, const std::string& text) const;
     StoredPost postOf(const Exchange& exchange) const;
     std::chrono::system_clock::time_point shownTime() const;
 
