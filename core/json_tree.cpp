@@ -63,6 +63,20 @@ bool OwnText(cJSON* ptNode)
     return true;
 }
 
+bool OwnTexts(cJSON* ptFirst)
+{
+    bool bOwned = true;
+    for (cJSON* ptNode = ptFirst; ptNode != nullptr; ptNode = ptNode->next)
+    {
+        bOwned = OwnTexts(ptNode->child) && bOwned;
+        if (cJSON_IsString(ptNode) && (ptNode->type & cJSON_IsReference) != 0)
+        {
+            bOwned = OwnText(ptNode) && bOwned;
+        }
+    }
+    return bOwned;
+}
+
 } // namespace
 
 cJSON* PubSecJsonAddObject(cJSON* ptObject, const char* pchKey)
@@ -120,18 +134,18 @@ cJSON* PubSecJsonAppendObject(cJSON* ptArray)
     return ptNode;
 }
 
-bool PubSecJsonOwnTexts(cJSON* ptFirst)
+const cJSON* PubSecJsonLast(const cJSON* ptObject)
 {
-    bool bOwned = true;
-    for (cJSON* ptNode = ptFirst; ptNode != nullptr; ptNode = ptNode->next)
+    return ptObject == nullptr || ptObject->child == nullptr ? nullptr : ptObject->child->prev;
+}
+
+bool PubSecJsonOwnAfter(cJSON* ptObject, const cJSON* ptFormerLast)
+{
+    if (ptObject == nullptr)
     {
-        bOwned = PubSecJsonOwnTexts(ptNode->child) && bOwned;
-        if (cJSON_IsString(ptNode) && (ptNode->type & cJSON_IsReference) != 0)
-        {
-            bOwned = OwnText(ptNode) && bOwned;
-        }
+        return true;
     }
-    return bOwned;
+    return OwnTexts(ptFormerLast != nullptr ? ptFormerLast->next : ptObject->child);
 }
 
 char* PubSecJsonPrint(cJSON* ptRoot)
@@ -145,4 +159,14 @@ char* PubSecJsonPrint(cJSON* ptRoot)
         size <= INT_MAX ? cJSON_PrintBuffered(ptRoot, static_cast<int>(size), 0) : cJSON_PrintUnformatted(ptRoot);
     cJSON_Delete(ptRoot);
     return pchText;
+}
+
+char* PubSecJsonPrintIf(cJSON* ptRoot, const cJSON* ptNeeded)
+{
+    if (ptNeeded == nullptr)
+    {
+        cJSON_Delete(ptRoot);
+        return nullptr;
+    }
+    return PubSecJsonPrint(ptRoot);
 }

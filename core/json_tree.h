@@ -24,15 +24,22 @@ void PubSecJsonAddBoundedText(struct cJSON* ptObject, const char* pchKey, const 
 struct cJSON* PubSecJsonAppendObject(struct cJSON* ptArray);
 
 /*
- * Replaces what the nodes from ptFirst on, and everything below them, refer to by copies, for a tree that outlives its
- * sources. A text that cannot be copied is written as empty; the result is then false.
+ * A tree of the host's outlives what its texts are taken from. PubSecJsonOwnAfter replaces what the members after
+ * ptFormerLast, and everything below them, refer to by copies; a text that cannot be copied is written as empty, and
+ * the result is then false. ptFormerLast is what PubSecJsonLast gave before they were added. A null object has no
+ * members.
  */
-bool PubSecJsonOwnTexts(struct cJSON* ptFirst);
+const struct cJSON* PubSecJsonLast(const struct cJSON* ptObject);
+bool PubSecJsonOwnAfter(struct cJSON* ptObject, const struct cJSON* ptFormerLast);
 
 /*
  * Prints the tree unformatted into one block of about the document's size, and deletes it. Null when the tree is null
  * or there is no memory. The text is released with cJSON_free.
  */
 char* PubSecJsonPrint(struct cJSON* ptRoot);
+
+/* The same for a document that is not worth sending without this node: null, and the tree deleted, when there is none.
+ */
+char* PubSecJsonPrintIf(struct cJSON* ptRoot, const struct cJSON* ptNeeded);
 
 #endif

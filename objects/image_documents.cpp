@@ -11,23 +11,23 @@
 namespace
 {
 
-void AddList(cJSON* ptElement, const TPubSecObjectKind& tKind, const void* pvRecords, s32 nNum)
-{
-    if (pvRecords != nullptr && nNum > 0)
-    {
-        PubSecAddObjectList(ptElement, tKind.pchList, tKind, pvRecords, static_cast<u32>(nNum),
-                            PUBSEC_SUB_IMAGES_IF_ANY);
-    }
-}
-
 void AddObjects(cJSON* ptElement, const TPubSecIntelliPicObj* ptPicture)
 {
-    AddList(ptElement, c_tPersonKind, ptPicture->ptPersonnel, ptPicture->nPersonnelNum);
-    AddList(ptElement, c_tFaceKind, ptPicture->ptFace, ptPicture->nFaceNum);
-    AddList(ptElement, c_tMotorVehicleKind, ptPicture->ptMotorVehicle, ptPicture->nMotorVehicleNum);
-    AddList(ptElement, c_tNonMotorVehicleKind, ptPicture->ptNonMotorVehicle, ptPicture->nNonMotorVehicleNum);
-    AddList(ptElement, c_tThingKind, ptPicture->ptThing, ptPicture->nThingNum);
-    AddList(ptElement, c_tSceneKind, ptPicture->ptScene, ptPicture->nSceneNum);
+    const TPubSecObjectArray atArrays[] = {
+        {&c_tPersonKind, ptPicture->ptPersonnel, ptPicture->nPersonnelNum},
+        {&c_tFaceKind, ptPicture->ptFace, ptPicture->nFaceNum},
+        {&c_tMotorVehicleKind, ptPicture->ptMotorVehicle, ptPicture->nMotorVehicleNum},
+        {&c_tNonMotorVehicleKind, ptPicture->ptNonMotorVehicle, ptPicture->nNonMotorVehicleNum},
+        {&c_tThingKind, ptPicture->ptThing, ptPicture->nThingNum},
+        {&c_tSceneKind, ptPicture->ptScene, ptPicture->nSceneNum},
+    };
+    for (const TPubSecObjectArray& tArray : atArrays)
+    {
+        if (tArray.nNum > 0)
+        {
+            PubSecAddArrayIfGiven(ptElement, tArray, PUBSEC_SUB_IMAGES_IF_ANY);
+        }
+    }
 }
 
 void AddData(cJSON* ptElement, const TPubSecIntelliPicObj* ptPicture)

@@ -3,7 +3,6 @@
 #include <cjson/cJSON.h>
 
 #include <pubsecstack/documents.h>
-#include <pubsecstack/results.h>
 
 #include "core/json_tree.h"
 #include "objects/documents.h"
@@ -12,9 +11,6 @@
 namespace
 {
 
-constexpr u32 c_singleForm = 1;
-constexpr u16 c_maxObjects = 256;
-
 char* ListDocument(const TPubSecObjectKind& tKind, const void* pvRecords, u32 dwNum)
 {
     cJSON* ptRoot = pvRecords == nullptr && dwNum > 0 ? nullptr : cJSON_CreateObject();
@@ -22,26 +18,11 @@ char* ListDocument(const TPubSecObjectKind& tKind, const void* pvRecords, u32 dw
     return PubSecJsonPrint(ptRoot);
 }
 
-/* The tree is the host's and outlives the records, so its texts become its own. */
 u32 AddToHostTree(const TPubSecObjectKind& tKind, cJSON* ptRoot, u32 dwMode, u16 wNum, const void* pvRecords)
 {
-    if (ptRoot == nullptr || pvRecords == nullptr || wNum == 0 || wNum > c_maxObjects)
-    {
-        return PUBSEC_ERR_PARAM;
-    }
-    const cJSON* ptFormerLast = ptRoot->child != nullptr ? ptRoot->child->prev : nullptr;
-    bool bMade = false;
-    if (dwMode == c_singleForm && wNum == 1)
-    {
-        bMade =
-            PubSecAddObject(PubSecJsonAddObject(ptRoot, tKind.pchObject), tKind, pvRecords, PUBSEC_SUB_IMAGES_IF_ANY);
-    }
-    else
-    {
-        bMade = PubSecAddObjectList(ptRoot, tKind.pchListObject, tKind, pvRecords, wNum, PUBSEC_SUB_IMAGES_IF_ANY);
-    }
-    cJSON* ptAdded = ptFormerLast != nullptr ? ptFormerLast->next : ptRoot->child;
-    return PubSecJsonOwnTexts(ptAdded) && bMade ? u32{PUBSEC_OK} : u32{PUBSEC_ERR_FAILED};
+    const cJSON* ptFormerLast = PubSecJsonLast(ptRoot);
+    const u32 dwRet = PubSecAddByForm(ptRoot, tKind, dwMode, wNum, pvRecords);
+    return PubSecJsonOwnAfter(ptRoot, ptFormerLast) || dwRet != PUBSEC_OK ? dwRet : u32{PUBSEC_ERR_FAILED};
 }
 
 } // namespace

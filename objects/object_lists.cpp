@@ -1,6 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "objects/object_lists.h"
 
+#include <pubsecstack/results.h>
+
 #include "core/json_tree.h"
 #include "objects/members/face.h"
 #include "objects/members/image.h"
@@ -8,38 +10,48 @@
 #include "objects/members/non_motor_vehicle.h"
 #include "objects/members/person.h"
 #include "objects/members/thing_scene.h"
+#include "objects/members/violation.h"
 
 namespace
 {
 
-template <typename Record>
-constexpr TPubSecObjectKind KindOf(const char* pchList, const char* pchListObject, const char* pchObject,
-                                   const TPubSecTable& tTable)
+/* A kind whose records keep their sub-images in these two fields. */
+#define KIND_OF(Record, list, listObject, object, table, count)                                                        \
+    {                                                                                                                  \
+        list, listObject, object, &pubsec_members::table::c_tTable, static_cast<u32>(sizeof(Record)),                  \
+            static_cast<u32>(offsetof(Record, count)), static_cast<u32>(sizeof(Record::count)),                        \
+            static_cast<u32>(offsetof(Record, ptSubImageList))                                                         \
+    }
+
+s32 SubImageNum(const TPubSecObjectKind& tKind, const u8* pbyRecord)
 {
-    return {pchList,
-            pchListObject,
-            pchObject,
-            &tTable,
-            static_cast<u32>(sizeof(Record)),
-            static_cast<u32>(offsetof(Record, nSubImageNum)),
-            static_cast<u32>(offsetof(Record, ptSubImageList))};
+    const u8* pbyCount = pbyRecord + tKind.dwSubImageNum;
+    return tKind.dwSubImageNumSize == sizeof(u16) ? *reinterpret_cast<const u16*>(pbyCount)
+                                                  : *reinterpret_cast<const s32*>(pbyCount);
 }
 
 } // namespace
 
 constexpr TPubSecObjectKind c_tPersonKind =
-    KindOf<TPubSecPersonnelObjInfo>("PersonList", "PersonListObject", "PersonObject", pubsec_members::person::c_tTable);
+    KIND_OF(TPubSecPersonnelObjInfo, "PersonList", "PersonListObject", "PersonObject", person, nSubImageNum);
 constexpr TPubSecObjectKind c_tFaceKind =
-    KindOf<TPubSecFaceObjInfo>("FaceList", "FaceListObject", "FaceObject", pubsec_members::face::c_tTable);
-constexpr TPubSecObjectKind c_tMotorVehicleKind = KindOf<TPubSecMotorVehicleObjInfo>(
-    "MotorVehicleList", "MotorVehicleListObject", "MotorVehicleObject", pubsec_members::motor_vehicle::c_tTable);
+    KIND_OF(TPubSecFaceObjInfo, "FaceList", "FaceListObject", "FaceObject", face, nSubImageNum);
+constexpr TPubSecObjectKind c_tMotorVehicleKind =
+    KIND_OF(TPubSecMotorVehicleObjInfo, "MotorVehicleList", "MotorVehicleListObject", "MotorVehicleObject",
+            motor_vehicle, nSubImageNum);
 constexpr TPubSecObjectKind c_tNonMotorVehicleKind =
-    KindOf<TPubSecNonMotorVehicleObjInfo>("NonMotorVehicleList", "NonMotorVehicleListObject", "NonMotorVehicleObject",
-                                          pubsec_members::non_motor_vehicle::c_tTable);
+    KIND_OF(TPubSecNonMotorVehicleObjInfo, "NonMotorVehicleList", "NonMotorVehicleListObject", "NonMotorVehicleObject",
+            non_motor_vehicle, nSubImageNum);
 constexpr TPubSecObjectKind c_tThingKind =
-    KindOf<TPubSecThingObjInfo>("ThingList", "ThingListObject", "ThingObject", pubsec_members::thing::c_tTable);
+    KIND_OF(TPubSecThingObjInfo, "ThingList", "ThingListObject", "ThingObject", thing, nSubImageNum);
 constexpr TPubSecObjectKind c_tSceneKind =
-    KindOf<TPubSecSceneObjInfo>("SceneList", "SceneListObject", "SceneObject", pubsec_members::scene::c_tTable);
+    KIND_OF(TPubSecSceneObjInfo, "SceneList", "SceneListObject", "SceneObject", scene, nSubImageNum);
+constexpr TPubSecObjectKind c_tIllegalRecordKind =
+    KIND_OF(TPubSecIllegalRecordInfo, "IllegalRecordList", "IllegalRecordListObject", "IllegalRecordObject",
+            illegal_record, dwSubImageNum);
+constexpr TPubSecObjectKind c_tNonMotorIllegalRecordKind =
+    KIND_OF(TPubSecNonMotorIllegalRecordInfo, "NonMotorIllegalRecordList", "NonMotorIllegalRecordListObject",
+            "NonMotorIllegalRecordObject", non_motor_illegal_record, wSubImageNum);
 
 bool PubSecAddSubImages(cJSON* ptObject, const TPubSecSubImageInfo* ptSubImages, s32 nCount)
 {
@@ -63,7 +75,7 @@ bool PubSecAddObject(cJSON* ptObject, const TPubSecObjectKind& tKind, const void
     }
     PubSecAddMembers(ptObject, *tKind.ptTable, pvRecord);
     const u8* pbyRecord = static_cast<const u8*>(pvRecord);
-    const s32 nCount = *reinterpret_cast<const s32*>(pbyRecord + tKind.dwSubImageNum);
+    const s32 nCount = SubImageNum(tKind, pbyRecord);
     const TPubSecSubImageInfo* ptSubImages =
         *reinterpret_cast<const TPubSecSubImageInfo* const*>(pbyRecord + tKind.dwSubImageList);
     if (eSubImages == PUBSEC_SUB_IMAGES_NEVER || ptSubImages == nullptr ||
@@ -85,4 +97,25 @@ bool PubSecAddObjectList(cJSON* ptObject, const char* pchList, const TPubSecObje
         bMade = PubSecAddObject(PubSecJsonAppendObject(ptArray), tKind, pbyRecord, eSubImages);
     }
     return bMade;
+}
+
+bool PubSecAddArrayIfGiven(cJSON* ptElement, const TPubSecObjectArray& tArray, EPubSecSubImageRule eSubImages)
+{
+    const u32 dwNum = tArray.nNum > 0 ? static_cast<u32>(tArray.nNum) : 0;
+    return tArray.pvRecords == nullptr ||
+           PubSecAddObjectList(ptElement, tArray.ptKind->pchList, *tArray.ptKind, tArray.pvRecords, dwNum, eSubImages);
+}
+
+u32 PubSecAddByForm(cJSON* ptRoot, const TPubSecObjectKind& tKind, u32 dwForm, u16 wNum, const void* pvRecords)
+{
+    if (ptRoot == nullptr || pvRecords == nullptr || wNum == 0 || wNum > PUBSEC_FORM_MAX)
+    {
+        return PUBSEC_ERR_PARAM;
+    }
+    const bool bSingle = dwForm == PUBSEC_FORM_SINGLE && wNum == 1;
+    const bool bMade =
+        bSingle
+            ? PubSecAddObject(PubSecJsonAddObject(ptRoot, tKind.pchObject), tKind, pvRecords, PUBSEC_SUB_IMAGES_IF_ANY)
+            : PubSecAddObjectList(ptRoot, tKind.pchListObject, tKind, pvRecords, wNum, PUBSEC_SUB_IMAGES_IF_ANY);
+    return bMade ? u32{PUBSEC_OK} : u32{PUBSEC_ERR_FAILED};
 }

@@ -26,8 +26,17 @@ struct TPubSecObjectKind
     const char* pchObject;     /* the array, and a single object */
     const TPubSecTable* ptTable;
     u32 dwRecordSize;
-    u32 dwSubImageNum;  /* offset of the s32 count */
-    u32 dwSubImageList; /* offset of the pointer */
+    u32 dwSubImageNum;     /* offset of the count ... */
+    u32 dwSubImageNumSize; /* ... and its size: 2 bytes unsigned or 4 bytes signed */
+    u32 dwSubImageList;    /* offset of the pointer */
+};
+
+/* Records of one kind in a row. */
+struct TPubSecObjectArray
+{
+    const TPubSecObjectKind* ptKind;
+    const void* pvRecords;
+    s32 nNum;
 };
 
 extern const TPubSecObjectKind c_tPersonKind;
@@ -36,6 +45,8 @@ extern const TPubSecObjectKind c_tMotorVehicleKind;
 extern const TPubSecObjectKind c_tNonMotorVehicleKind;
 extern const TPubSecObjectKind c_tThingKind;
 extern const TPubSecObjectKind c_tSceneKind;
+extern const TPubSecObjectKind c_tIllegalRecordKind;
+extern const TPubSecObjectKind c_tNonMotorIllegalRecordKind;
 
 /* Each returns false when a node could not be made; what was made stays. */
 
@@ -49,5 +60,18 @@ bool PubSecAddObject(struct cJSON* ptObject, const TPubSecObjectKind& tKind, con
 /* pchList {pchObject: [...]} with one object per record of a contiguous array. */
 bool PubSecAddObjectList(struct cJSON* ptObject, const char* pchList, const TPubSecObjectKind& tKind,
                          const void* pvRecords, u32 dwNum, EPubSecSubImageRule eSubImages);
+
+/* The array under the kind's pchList unless its pointer is null; a count below 0 gives an empty one. */
+bool PubSecAddArrayIfGiven(struct cJSON* ptElement, const TPubSecObjectArray& tArray, EPubSecSubImageRule eSubImages);
+
+/*
+ * For trees of the host's: form 1 with one record adds the object itself under pchObject, any other combination adds a
+ * list under pchListObject. 50 added; 80 for a null argument or a number that is not 1 to 256; 51 no memory.
+ */
+u32 PubSecAddByForm(struct cJSON* ptRoot, const TPubSecObjectKind& tKind, u32 dwForm, u16 wNum, const void* pvRecords);
+
+constexpr u32 PUBSEC_FORM_LIST = 0;
+constexpr u32 PUBSEC_FORM_SINGLE = 1;
+constexpr u16 PUBSEC_FORM_MAX = 256;
 
 #endif

@@ -8,30 +8,17 @@
 namespace
 {
 
-/* The document of one kind of object, as a description names its encoder. */
-template <typename Record, char* (*Encode)(const Record*, u32)> char* ObjectList(const TPubSecPost* ptPost)
-{
-    return Encode(static_cast<const Record*>(ptPost->pvRecords), ptPost->dwNum);
-}
-
-template <char* (*Encode)(const TPubSecIntelliPicObj*)> char* Pictures(const TPubSecPost* ptPost)
-{
-    return Encode(static_cast<const TPubSecIntelliPicObj*>(ptPost->pvRecords));
-}
-
 char* SingleImage(const TPubSecPost* ptPost)
 {
     return _PubSecImageSingleJson(static_cast<TPubSecImageObjInfo* const*>(ptPost->pvRecords));
 }
 
-constexpr const char* c_pchEasyInit = "curl_easy_init() failed";
-
 constexpr TPubSecPostKind c_tImage = {"PubSecPostImage",
                                       PUBSEC_POST_READS_ANSWER,
                                       "/VIID/Images",
-                                      Pictures<_PubSecImageGatherJSON>,
+                                      PubSecDocumentOf<TPubSecIntelliPicObj, _PubSecImageGatherJSON>,
                                       "_PubSecImageGatherJSON failed.",
-                                      c_pchEasyInit,
+                                      PUBSEC_EASY_INIT_FAILED,
                                       PUBSEC_ERR_CURL_INIT,
                                       _PubSecHttpFillCurlHeadMsgInfoex,
                                       PUBSEC_ERR_BAD_REQUEST};
@@ -39,24 +26,30 @@ constexpr TPubSecPostKind c_tImage = {"PubSecPostImage",
 constexpr TPubSecPostKind c_tImageEX = {"PubSecPostImageEX",
                                         0,
                                         "/VIID/Images",
-                                        Pictures<_PubSecImageGatherJSONEX>,
+                                        PubSecDocumentOf<TPubSecIntelliPicObj, _PubSecImageGatherJSONEX>,
                                         nullptr,
-                                        c_pchEasyInit,
+                                        PUBSEC_EASY_INIT_FAILED,
                                         PUBSEC_ERR_CURL_INIT,
                                         _PubSecHttpFillCurlHeadMsgInfoex,
                                         PUBSEC_ERR_REFUSED};
 
-constexpr TPubSecPostKind c_tImageSingle = {
-    "PubSecPostImageSingle", PUBSEC_POST_READS_ANSWER,         "/VIID/Images",    SingleImage, nullptr, c_pchEasyInit,
-    PUBSEC_ERR_CURL_INIT,    _PubSecHttpFillCurlHeadMsgInfoex, PUBSEC_ERR_REFUSED};
+constexpr TPubSecPostKind c_tImageSingle = {"PubSecPostImageSingle",
+                                            PUBSEC_POST_READS_ANSWER,
+                                            "/VIID/Images",
+                                            SingleImage,
+                                            nullptr,
+                                            PUBSEC_EASY_INIT_FAILED,
+                                            PUBSEC_ERR_CURL_INIT,
+                                            _PubSecHttpFillCurlHeadMsgInfoex,
+                                            PUBSEC_ERR_REFUSED};
 
 /* Alone in going on when there is no memory for header lines. */
 constexpr TPubSecPostKind c_tFace = {"PubSecPostImageFace",
                                      PUBSEC_POST_READS_ANSWER | PUBSEC_POST_EMPTY_HEADERS_OK,
                                      "/VIID/Faces",
-                                     ObjectList<TPubSecFaceObjInfo, _PubSecImageFaceJSON>,
+                                     PubSecListOf<TPubSecFaceObjInfo, _PubSecImageFaceJSON>,
                                      nullptr,
-                                     c_pchEasyInit,
+                                     PUBSEC_EASY_INIT_FAILED,
                                      PUBSEC_ERR_CURL_INIT,
                                      _PubSecHttpFillCurlHeadMsgInfoex,
                                      PUBSEC_ERR_REFUSED};
@@ -64,9 +57,9 @@ constexpr TPubSecPostKind c_tFace = {"PubSecPostImageFace",
 constexpr TPubSecPostKind c_tPerson = {"PubSecPostImagePerson",
                                        PUBSEC_POST_READS_ANSWER,
                                        "/VIID/Persons",
-                                       ObjectList<TPubSecPersonnelObjInfo, _PubSecImagePersonJSON>,
+                                       PubSecListOf<TPubSecPersonnelObjInfo, _PubSecImagePersonJSON>,
                                        nullptr,
-                                       c_pchEasyInit,
+                                       PUBSEC_EASY_INIT_FAILED,
                                        PUBSEC_ERR_CURL_INIT,
                                        _PubSecHttpFillCurlHeadMsgInfoex,
                                        PUBSEC_ERR_REFUSED};
@@ -74,9 +67,9 @@ constexpr TPubSecPostKind c_tPerson = {"PubSecPostImagePerson",
 constexpr TPubSecPostKind c_tMotorVehicle = {"PubSecPostImageMotorVehicle",
                                              PUBSEC_POST_READS_ANSWER,
                                              "/VIID/MotorVehicles",
-                                             ObjectList<TPubSecMotorVehicleObjInfo, _PubSecImageMotorVehicleJSON>,
+                                             PubSecListOf<TPubSecMotorVehicleObjInfo, _PubSecImageMotorVehicleJSON>,
                                              nullptr,
-                                             c_pchEasyInit,
+                                             PUBSEC_EASY_INIT_FAILED,
                                              PUBSEC_ERR_CURL_INIT,
                                              _PubSecHttpFillCurlHeadMsgInfoex,
                                              PUBSEC_ERR_REFUSED};
@@ -84,9 +77,9 @@ constexpr TPubSecPostKind c_tMotorVehicle = {"PubSecPostImageMotorVehicle",
 constexpr TPubSecPostKind c_tNonMotVeh = {"PubSecPostImageNonMotVeh",
                                           PUBSEC_POST_READS_ANSWER,
                                           "/VIID/NonMotorVehicles",
-                                          ObjectList<TPubSecNonMotorVehicleObjInfo, _PubSecImageNonMotorVehicleJSON>,
+                                          PubSecListOf<TPubSecNonMotorVehicleObjInfo, _PubSecImageNonMotorVehicleJSON>,
                                           nullptr,
-                                          c_pchEasyInit,
+                                          PUBSEC_EASY_INIT_FAILED,
                                           PUBSEC_ERR_CURL_INIT,
                                           _PubSecHttpFillCurlHeadMsgInfoex,
                                           PUBSEC_ERR_BAD_REQUEST};
@@ -94,9 +87,9 @@ constexpr TPubSecPostKind c_tNonMotVeh = {"PubSecPostImageNonMotVeh",
 constexpr TPubSecPostKind c_tThing = {"PubSecPostImageThing",
                                       PUBSEC_POST_READS_ANSWER,
                                       "/VIID/Things",
-                                      ObjectList<TPubSecThingObjInfo, _PubSecImageThingJSON>,
+                                      PubSecListOf<TPubSecThingObjInfo, _PubSecImageThingJSON>,
                                       nullptr,
-                                      c_pchEasyInit,
+                                      PUBSEC_EASY_INIT_FAILED,
                                       PUBSEC_ERR_CURL_INIT,
                                       _PubSecHttpFillCurlHeadMsgInfoex,
                                       PUBSEC_ERR_BAD_REQUEST};
@@ -104,63 +97,56 @@ constexpr TPubSecPostKind c_tThing = {"PubSecPostImageThing",
 constexpr TPubSecPostKind c_tScene = {"PubSecPostImageScene",
                                       PUBSEC_POST_READS_ANSWER,
                                       "/VIID/Scenes",
-                                      ObjectList<TPubSecSceneObjInfo, _PubSecImageSceneJSON>,
+                                      PubSecListOf<TPubSecSceneObjInfo, _PubSecImageSceneJSON>,
                                       nullptr,
-                                      c_pchEasyInit,
+                                      PUBSEC_EASY_INIT_FAILED,
                                       PUBSEC_ERR_CURL_INIT,
                                       _PubSecHttpFillCurlHeadMsgInfoex,
                                       PUBSEC_ERR_BAD_REQUEST};
-
-u32 PostRecords(const TPubSecPostKind& tKind, u32 dwPlatform, const void* pvRecords, u32 dwNum,
-                char* pchStatus = nullptr)
-{
-    const TPubSecPost tPost = {&tKind, dwPlatform, pvRecords, dwNum, nullptr, nullptr, pchStatus};
-    return PubSecPostRun(&tPost);
-}
 
 } // namespace
 
 u32 PubSecPostImage(u32 dwPlatform, const TPubSecIntelliPicObj* ptPicture, char* pchStatus)
 {
-    return PostRecords(c_tImage, dwPlatform, ptPicture, 0, pchStatus);
+    return PubSecPostRecords(c_tImage, dwPlatform, ptPicture, 0, pchStatus);
 }
 
 u32 PubSecPostImageEX(u32 dwPlatform, const TPubSecIntelliPicObj* ptPictures, u32)
 {
-    return PostRecords(c_tImageEX, dwPlatform, ptPictures, 0);
+    return PubSecPostRecords(c_tImageEX, dwPlatform, ptPictures);
 }
 
 u32 PubSecPostImageSingle(u32 dwPlatform, TPubSecImageObjInfo* const* pptImage)
 {
-    return PostRecords(c_tImageSingle, dwPlatform, pptImage, 0);
+    return PubSecPostRecords(c_tImageSingle, dwPlatform, pptImage);
 }
 
 u32 PubSecPostImageFace(u32 dwPlatform, const TPubSecFaceObjInfo* ptFaces, u32 dwNum)
 {
-    return PostRecords(c_tFace, dwPlatform, ptFaces, dwNum);
+    return PubSecPostRecords(c_tFace, dwPlatform, ptFaces, dwNum);
 }
 
 u32 PubSecPostImagePerson(u32 dwPlatform, const TPubSecPersonnelObjInfo* ptPersons, u32 dwNum)
 {
-    return PostRecords(c_tPerson, dwPlatform, ptPersons, dwNum);
+    return PubSecPostRecords(c_tPerson, dwPlatform, ptPersons, dwNum);
 }
 
 u32 PubSecPostImageMotorVehicle(u32 dwPlatform, const TPubSecMotorVehicleObjInfo* ptVehicles, u32 dwNum)
 {
-    return PostRecords(c_tMotorVehicle, dwPlatform, ptVehicles, dwNum);
+    return PubSecPostRecords(c_tMotorVehicle, dwPlatform, ptVehicles, dwNum);
 }
 
 u32 PubSecPostImageNonMotVeh(u32 dwPlatform, const TPubSecNonMotorVehicleObjInfo* ptVehicles, u32 dwNum)
 {
-    return PostRecords(c_tNonMotVeh, dwPlatform, ptVehicles, dwNum);
+    return PubSecPostRecords(c_tNonMotVeh, dwPlatform, ptVehicles, dwNum);
 }
 
 u32 PubSecPostImageThing(u32 dwPlatform, const TPubSecThingObjInfo* ptThings, u32 dwNum)
 {
-    return PostRecords(c_tThing, dwPlatform, ptThings, dwNum);
+    return PubSecPostRecords(c_tThing, dwPlatform, ptThings, dwNum);
 }
 
 u32 PubSecPostImageScene(u32 dwPlatform, const TPubSecSceneObjInfo* ptScenes, u32 dwNum)
 {
-    return PostRecords(c_tScene, dwPlatform, ptScenes, dwNum);
+    return PubSecPostRecords(c_tScene, dwPlatform, ptScenes, dwNum);
 }

@@ -140,6 +140,20 @@ u32 Exchange(TPubSecPostRun* ptRun)
     return dwRet;
 }
 
+void FormatUrl(const TPubSecPostRun* ptRun, char (&achUrl)[PUBSEC_POST_URL_SIZE])
+{
+    TPubSecTarget tTarget;
+    char achPath[PUBSEC_POST_URL_SIZE];
+    const char* pchPath = ptRun->ptKind->pchPath;
+    PubSecTargetInForce(ptRun->ptPost->dwPlatform, &tTarget);
+    if (Has(ptRun, PUBSEC_POST_DATA))
+    {
+        AppSnprintf(achPath, sizeof(achPath), "%s%s/Data", pchPath, ptRun->ptPost->pchId);
+        pchPath = achPath;
+    }
+    PubSecFormatUrl(achUrl, sizeof(achUrl), &tTarget, pchPath);
+}
+
 /* The document, or the caller's own body. */
 u32 EncodeAndExchange(TPubSecPostRun* ptRun)
 {
@@ -171,11 +185,13 @@ u32 PubSecPostRun(const TPubSecPost* ptPost)
         PUBSEC_ERR_AS(ptPost->ptKind->pchName, "Device not registered! ");
         return PUBSEC_ERR_NOT_REGISTERED;
     }
+    if (Has(&tRun, PUBSEC_POST_DATA) && ptPost->pchId == nullptr)
+    {
+        return PUBSEC_ERR_FAILED;
+    }
     if (ptPost->ptKind->pchPath != nullptr)
     {
-        TPubSecTarget tTarget;
-        PubSecTargetInForce(ptPost->dwPlatform, &tTarget);
-        PubSecFormatUrl(achUrl, sizeof(achUrl), &tTarget, ptPost->ptKind->pchPath);
+        FormatUrl(&tRun, achUrl);
         tRun.pchUrl = achUrl;
     }
     const u32 dwRet = EncodeAndExchange(&tRun);
@@ -184,6 +200,12 @@ u32 PubSecPostRun(const TPubSecPost* ptPost)
         Trace(&tRun, 8);
     }
     return dwRet;
+}
+
+u32 PubSecPostRecords(const TPubSecPostKind& tKind, u32 dwPlatform, const void* pvRecords, u32 dwNum, char* pchStatus)
+{
+    const TPubSecPost tPost = {&tKind, dwPlatform, pvRecords, dwNum, nullptr, nullptr, nullptr, pchStatus};
+    return PubSecPostRun(&tPost);
 }
 
 u32 PubSecResultOfStatus(s32 nStatus, u32 dwCode400)

@@ -22,6 +22,7 @@ enum EPubSecPostFlag : u32
     PUBSEC_POST_EMPTY_HEADERS_OK = 1u << 2, /* goes on without header lines */
     PUBSEC_POST_ANY_PLATFORM = 1u << 3,     /* asks for no registration */
     PUBSEC_POST_TRACES = 1u << 4,           /* writes a numbered line at each trace point */
+    PUBSEC_POST_DATA = 1u << 5,             /* goes to "/Data" below the path and an identifier of the caller's */
 };
 
 /* Where an operation departs from the others. */
@@ -47,13 +48,32 @@ struct TPubSecPost
     u32 dwNum;
     const char* pchBody; /* the caller's body, for operations without an encoder */
     const char* pchUrl;  /* the caller's URL, for operations without a path */
+    const char* pchId;   /* whose "/Data" is posted, for operations on binary data */
     char* pchStatus;     /* char[260] for the server's status text, or null */
 };
 
 constexpr u32 PUBSEC_POST_URL_SIZE = 512;
 
+/* A document made by one of the builders, in the form that descriptions take. */
+template <typename Record, char* (*Encode)(const Record*)> char* PubSecDocumentOf(const TPubSecPost* ptPost)
+{
+    return Encode(static_cast<const Record*>(ptPost->pvRecords));
+}
+
+template <typename Record, char* (*Encode)(const Record*, u32)> char* PubSecListOf(const TPubSecPost* ptPost)
+{
+    return Encode(static_cast<const Record*>(ptPost->pvRecords), ptPost->dwNum);
+}
+
+/* The complaint about a missing transfer handle that most operations have. */
+constexpr const char* PUBSEC_EASY_INIT_FAILED = "curl_easy_init() failed";
+
 /* Carries the call out; the result is the operation's. */
 u32 PubSecPostRun(const TPubSecPost* ptPost);
+
+/* The same for the usual call: records, and for some a number of them and a place for the status text. */
+u32 PubSecPostRecords(const TPubSecPostKind& tKind, u32 dwPlatform, const void* pvRecords, u32 dwNum = 0,
+                      char* pchStatus = nullptr);
 
 /* What an HTTP status means as a result. */
 u32 PubSecResultOfStatus(s32 nStatus, u32 dwCode400);

@@ -19,13 +19,8 @@ char* IdentityJson(const char* pchObject, const char* pchDeviceID)
     PubSecCopyText(achDeviceID, sizeof(achDeviceID), pchDeviceID, PUBSEC_DEVICE_ID_LEN);
     cJSON* ptRoot = cJSON_CreateObject();
     cJSON* ptObject = PubSecJsonAddObject(ptRoot, pchObject);
-    if (ptObject == nullptr)
-    {
-        cJSON_Delete(ptRoot);
-        return nullptr;
-    }
     PubSecJsonAddText(ptObject, "DeviceID", achDeviceID);
-    return PubSecJsonPrint(ptRoot);
+    return PubSecJsonPrintIf(ptRoot, ptObject);
 }
 
 } // namespace
