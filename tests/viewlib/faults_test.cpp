@@ -205,14 +205,14 @@ TEST_F(FaultTest, AnAnswerCanSkipTheDigest)
 
 TEST_F(FaultTest, ALateAnswerHoldsUpNobodyElse)
 {
-    server().script("/VIID/Faces", Answer::late(700ms));
+    server().script("/VIID/Faces", Answer::late(2s));
     auto late = std::async(std::launch::async, [this] { return postFace(); });
     ASSERT_TRUE(server().waitFor("/VIID/Faces", 1));
     EXPECT_EQ(keepAlive().status, 200);
     EXPECT_EQ(late.wait_for(0ms), std::future_status::timeout);
     const Result result = late.get();
     EXPECT_EQ(result.status, 200);
-    EXPECT_GE(result.seconds, 0.7);
+    EXPECT_GE(result.seconds, 2.0);
 }
 
 TEST_F(FaultTest, StopEndsALateAnswer)
@@ -376,6 +376,20 @@ TEST_F(FaultTest, ServesManyClientsAtOnce)
     EXPECT_EQ(server().stored().objects, std::size_t(clients * rounds));
     EXPECT_EQ(server().exchanges().size(), std::size_t(clients * rounds * 3));
     EXPECT_EQ(server().exchanges().back().number, std::uint64_t(clients * rounds * 3));
+}
+
+TEST_F(ServerTest, BreaksOffOverHttpsToo)
+{
+    config.https = true;
+    config.strict.registration = false;
+    start();
+    for (const Cut cut : {Cut::BeforeStatus, Cut::MidBody, Cut::Reset})
+    {
+        server().script("/VIID/Faces", Answer::broken(cut));
+        EXPECT_NE(postFace().code, CURLE_OK) << static_cast<int>(cut);
+        EXPECT_EQ(server().exchanges().back().cut, cut);
+    }
+    EXPECT_EQ(postFace().status, 200);
 }
 
 TEST(ServerLog, DropsTheOldestExchangesAndTellsTheObserver)
