@@ -127,7 +127,7 @@ u32 PubSecPostDispositionNotification(u32 dwPlatform, const TPubsecDispositionNo
     }
     if (!PubSecIsRegistered(dwPlatform))
     {
-        PUBSEC_ERR("pubsec%d is not registered).", static_cast<s32>(dwPlatform));
+        PUBSEC_ERR("pubsec%d is not registed).", static_cast<s32>(dwPlatform)); /* spelled so */
         return PUBSEC_ERR_NOT_REGISTERED;
     }
     return PubSecPostRecords(c_tDisposition, dwPlatform, ptList);
