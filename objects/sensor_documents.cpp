@@ -20,11 +20,24 @@ cJSON* AddArray(cJSON* ptElement, const char* pchList, const char* pchArray)
     return PubSecJsonAddArray(PubSecJsonAddObject(ptElement, pchList), pchArray);
 }
 
-void AddWifiUsers(cJSON* ptElement, const TPubSecWifiData* ptWifi)
+/* The parts of a WiFi report. Each is false when its object or array cannot be made; one that is not given counts as made. */
+
+bool AddWifiDevice(cJSON* ptElement, const TPubSecWifiDeviceInfo* ptDevice)
+{
+    if (ptDevice == nullptr)
+    {
+        return true;
+    }
+    cJSON* ptObject = PubSecJsonAddObject(ptElement, "WifiDevice");
+    PubSecAddMembers(ptObject, pubsec_members::wifi_device::c_tTable, ptDevice);
+    return ptObject != nullptr;
+}
+
+bool AddWifiUsers(cJSON* ptElement, const TPubSecWifiData* ptWifi)
 {
     if (ptWifi->ptWifiUser == nullptr)
     {
-        return;
+        return true;
     }
     cJSON* ptArray = AddArray(ptElement, "WifiUsersList", "WifiUsersObject");
     for (s32 nUser = 0; nUser < ptWifi->nWifiUserNum; nUser++)
@@ -32,20 +45,22 @@ void AddWifiUsers(cJSON* ptElement, const TPubSecWifiData* ptWifi)
         PubSecAddMembers(PubSecJsonAppendObject(ptArray), pubsec_members::wifi_user::c_tTable,
                          &ptWifi->ptWifiUser[nUser]);
     }
+    return ptArray != nullptr;
 }
 
 /* As many as the first identity says, asked again for every one. */
-void AddWifiImeis(cJSON* ptElement, const TPubSecWifiImeiInfo* ptImeis)
+bool AddWifiImeis(cJSON* ptElement, const TPubSecWifiImeiInfo* ptImeis)
 {
     if (ptImeis == nullptr)
     {
-        return;
+        return true;
     }
     cJSON* ptArray = AddArray(ptElement, "ImeiList", "ImeiObject");
     for (u32 dwImei = 0; dwImei < ptImeis->dwImeiNum; dwImei++)
     {
         PubSecAddMembers(PubSecJsonAppendObject(ptArray), pubsec_members::wifi_imei::c_tTable, &ptImeis[dwImei]);
     }
+    return ptArray != nullptr;
 }
 
 } // namespace
@@ -66,14 +81,9 @@ char* _PubSecWifiDeviceJSON(const TPubSecWifiData* ptWifi)
     }
     cJSON* ptRoot = cJSON_CreateObject();
     cJSON* ptElement = AddElement(ptRoot, "WifiDataListObject", "WifiData");
-    if (ptWifi->ptWifiDevice != nullptr)
-    {
-        PubSecAddMembers(PubSecJsonAddObject(ptElement, "WifiDevice"), pubsec_members::wifi_device::c_tTable,
-                         ptWifi->ptWifiDevice);
-    }
-    AddWifiUsers(ptElement, ptWifi);
-    AddWifiImeis(ptElement, ptWifi->ptWifiImei);
-    return PubSecJsonPrintIf(ptRoot, ptElement);
+    const bool bMade = AddWifiDevice(ptElement, ptWifi->ptWifiDevice) && AddWifiUsers(ptElement, ptWifi) &&
+                       AddWifiImeis(ptElement, ptWifi->ptWifiImei);
+    return PubSecJsonPrintIf(ptRoot, bMade ? ptElement : nullptr);
 }
 
 char* _PubSecRFIDJSON(const TPubSecRFIDData* ptRfid)
@@ -84,13 +94,13 @@ char* _PubSecRFIDJSON(const TPubSecRFIDData* ptRfid)
     }
     cJSON* ptRoot = cJSON_CreateObject();
     cJSON* ptElement = AddElement(ptRoot, "RFIDDataListObject", "RFIDData");
-    PubSecAddMembers(PubSecJsonAddObject(ptElement, "RFIDDevice"), pubsec_members::rfid_device::c_tTable,
-                     ptRfid->ptRFIDDevice);
+    cJSON* ptDevice = PubSecJsonAddObject(ptElement, "RFIDDevice");
+    PubSecAddMembers(ptDevice, pubsec_members::rfid_device::c_tTable, ptRfid->ptRFIDDevice);
     cJSON* ptArray = AddArray(ptElement, "RFIDInfoList", "RFIDInfoObject");
     for (s32 nUser = 0; ptRfid->ptRFIDUser != nullptr && nUser < ptRfid->nRFIDUserNum; nUser++)
     {
         PubSecAddMembers(PubSecJsonAppendObject(ptArray), pubsec_members::rfid_user::c_tTable,
                          &ptRfid->ptRFIDUser[nUser]);
     }
-    return PubSecJsonPrintIf(ptRoot, ptArray);
+    return PubSecJsonPrintIf(ptRoot, ptDevice != nullptr ? ptArray : nullptr);
 }
