@@ -147,7 +147,8 @@ size_t read_callback(char* pchDest, size_t size, size_t nmemb, void* pvFile)
 
 int ProcCBEx(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 {
-    const u32 dwIdleMs = AppConvertTickToMS(AppTickDiff(PubSecLoad(g_ntick), AppGetTick()));
+    const u32 dwLast = PubSecLoad(g_ntick); /* first: another upload may move it on, but never past the present */
+    const u32 dwIdleMs = AppConvertTickToMS(AppTickDiff(dwLast, AppGetTick()));
     if (dwIdleMs < c_stallMs)
     {
         return 0;
