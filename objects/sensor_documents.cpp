@@ -20,7 +20,7 @@ cJSON* AddArray(cJSON* ptElement, const char* pchList, const char* pchArray)
     return PubSecJsonAddArray(PubSecJsonAddObject(ptElement, pchList), pchArray);
 }
 
-/* The parts of a WiFi report. Each is false when its object or array cannot be made; one that is not given counts as made. */
+/* Parts of a WiFi report: false when the object or array cannot be made; one that is not given counts as made. */
 
 bool AddWifiDevice(cJSON* ptElement, const TPubSecWifiDeviceInfo* ptDevice)
 {
