@@ -40,14 +40,14 @@ static void StoreWord(u8* pbyData, u32 dwWord)
 template <u32 Step> [[gnu::always_inline]] static inline void DoStep(u32 (&adwState)[4], const u8* pbyBlock)
 {
     constexpr u32 dwRound = Step / 16;
-    constexpr u32 dwWord = (c_adwWordFactor[dwRound] * Step + c_adwWordStart[dwRound]) % 16;
+    constexpr size_t wordAt = size_t{4} * ((c_adwWordFactor[dwRound] * Step + c_adwWordStart[dwRound]) % 16);
     constexpr u32 dwShift = c_adwShift[dwRound][Step % 4];
     u32& dwA = adwState[(64 - Step) % 4];
     const u32 dwB = adwState[(65 - Step) % 4];
     const u32 dwC = adwState[(66 - Step) % 4];
     const u32 dwD = adwState[(67 - Step) % 4];
 
-    u32 dwSum = dwA + LoadWord(pbyBlock + 4 * dwWord) + c_adwSine[Step];
+    u32 dwSum = dwA + LoadWord(pbyBlock + wordAt) + c_adwSine[Step];
     if constexpr (dwRound == 0)
     {
         dwSum += dwD ^ (dwB & (dwC ^ dwD));

@@ -21,10 +21,6 @@ constexpr s32 PUBSEC_PAIRS_SEARCHED = 0;
 
 const char* PubsecStackConvS32ToStr(const TPubSecStrPair* ptTable, s32 nValue)
 {
-    if (nValue >= 0 && nValue < PUBSEC_PAIRS_SEARCHED && ptTable[nValue].nValue == nValue)
-    {
-        return ptTable[nValue].pchStr;
-    }
     for (s32 i = 0; i < PUBSEC_PAIRS_SEARCHED; i++)
     {
         if (ptTable[i].nValue == nValue)

@@ -91,13 +91,13 @@ extern "C"
 {
     void TlxPrintf(s32 nArg1, s32 nArg2, const char* pchFormat, ...)
     {
-        EXPECT_EQ(nArg1, 1);
-        EXPECT_EQ(nArg2, 0);
         char line[1024];
         va_list arguments;
         va_start(arguments, pchFormat);
         vsnprintf(line, sizeof(line), pchFormat, arguments);
         va_end(arguments);
+        EXPECT_EQ(nArg1, 1);
+        EXPECT_EQ(nArg2, 0);
         state.lines.emplace_back(line);
     }
 

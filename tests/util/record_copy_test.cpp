@@ -16,6 +16,11 @@ using testing::SizeIs;
 namespace
 {
 
+template <typename Record> std::string bytesOf(const Record& record)
+{
+    return std::string(reinterpret_cast<const char*>(&record), sizeof(record));
+}
+
 template <typename Kind> class ObjectCopy : public host::Test
 {
   protected:
@@ -87,7 +92,7 @@ TYPED_TEST(ObjectCopy, WholeRecordIsCopied)
     EXPECT_STREQ(this->m_copy.achDeviceID, "device");
     EXPECT_STREQ(this->m_source.achSourceID, "source");
     this->m_copy.ptSubImageList = this->m_source.ptSubImageList;
-    EXPECT_EQ(memcmp(&this->m_copy, &this->m_source, sizeof(this->m_copy)), 0);
+    EXPECT_EQ(bytesOf(this->m_copy), bytesOf(this->m_source));
 }
 
 TYPED_TEST(ObjectCopy, BothAreReleasedWithNothingLeft)
