@@ -46,7 +46,13 @@ TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform)
 
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction)
 {
-    Cancel(PubSecExchange(tKind.phSlots[dwPlatform], Start(tKind, dwPlatform, dwMilliseconds, pchFunction)));
+    PubSecTimerClear(tKind, dwPlatform);
+    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
+    /* A handler that found the slot empty has armed its next timer: that one stays, so one chain goes on. */
+    if (!PubSecReplace(tKind.phSlots[dwPlatform], TAppTimerHandle{nullptr}, hTimer))
+    {
+        Cancel(hTimer);
+    }
 }
 
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
