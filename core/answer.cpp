@@ -8,13 +8,9 @@
 
 cJSON* PubSecParseAnswer(const char* pchText, const char* pchFunction)
 {
-    if (pchText == nullptr || pchText[0] == '\0')
-    {
-        return nullptr;
-    }
     /* The parser's own error position is shared by all threads; this one belongs to the call. */
     const char* pchEnd = nullptr;
-    cJSON* ptRoot = cJSON_ParseWithOpts(pchText, &pchEnd, 0);
+    cJSON* ptRoot = pchText != nullptr ? cJSON_ParseWithOpts(pchText, &pchEnd, 0) : nullptr;
     if (ptRoot == nullptr)
     {
         PUBSEC_ERR_AS(pchFunction, "Error before: [%s]", pchEnd != nullptr ? pchEnd : "");
@@ -40,7 +36,9 @@ u32 _PubSecParseSerData(const char* pchText, char* pchOut)
         if (pchString != nullptr)
         {
             PUBSEC_INF("StatusString:%s", pchString);
-            PubSecCopyText(pchOut, PUBSEC_STATUS_TEXT_LEN + 1, pchString, PUBSEC_STATUS_TEXT_LEN);
+            /* Fills up with zeros: nothing of an earlier, longer text stays behind. */
+            AppStrncpy(pchOut, pchString, PUBSEC_STATUS_TEXT_LEN);
+            pchOut[PUBSEC_STATUS_TEXT_LEN] = '\0';
         }
     }
     cJSON_Delete(ptRoot);

@@ -15,7 +15,7 @@ TAppLockHandle s_hCurlLock;
 
 __attribute__((constructor)) void CreateCurlLock()
 {
-    s_hCurlLock = AppLockCreate();
+    PubSecLockMade(s_hCurlLock);
 }
 
 } // namespace
@@ -23,7 +23,7 @@ __attribute__((constructor)) void CreateCurlLock()
 /* Called before every exchange; libcurl counts the calls, but not in every build safely against concurrent ones. */
 CURLcode PubSecCurlGlobalInit()
 {
-    AppLockTakeByTime(s_hCurlLock, 0);
+    AppLockTakeByTime(PubSecLockMade(s_hCurlLock), 0);
     const CURLcode eResult = curl_global_init(CURL_GLOBAL_ALL);
     AppLockGive(s_hCurlLock);
     return eResult;
@@ -81,10 +81,10 @@ s32 PubSecHttpStatus(CURL* ptHandle)
 size_t _PubSecWriteCB(void* pvData, size_t size, size_t nmemb, TPubSecRespBuf* ptSink)
 {
     const size_t count = size * nmemb;
-    const bool bFits = (nmemb == 0 || count / nmemb == size) && ptSink->dwLen <= PUBSEC_ANSWER_MAX &&
-                       count <= PUBSEC_ANSWER_MAX - ptSink->dwLen;
+    const bool bReal = (nmemb == 0 || count / nmemb == size) && count <= INT32_MAX;
+    const bool bFits = bReal && ptSink->dwLen <= PUBSEC_ANSWER_MAX && count <= PUBSEC_ANSWER_MAX - ptSink->dwLen;
     PUBSEC_INF("WriteMemoryCallback size:%d nmemb:%d contents:%.*s", static_cast<s32>(size), static_cast<s32>(nmemb),
-               bFits ? static_cast<s32>(count) : 0, static_cast<const char*>(pvData));
+               bReal ? static_cast<s32>(count) : 0, static_cast<const char*>(pvData));
     char* pchGrown = bFits ? static_cast<char*>(realloc(ptSink->pchBuf, ptSink->dwLen + count + 1)) : nullptr;
     if (pchGrown == nullptr)
     {

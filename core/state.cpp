@@ -27,17 +27,26 @@ namespace
 /* The host may configure the stack before it starts it, so the lock is there from the moment the library is loaded. */
 __attribute__((constructor)) void CreateLock()
 {
-    if (g_hPubSecStackCommonLock == nullptr)
-    {
-        g_hPubSecStackCommonLock = AppLockCreate();
-    }
+    PubSecLockMade(g_hPubSecStackCommonLock);
 }
 
 } // namespace
 
+TAppLockHandle PubSecLockMade(TAppLockHandle& hSlot)
+{
+    const TAppLockHandle hLock = PubSecLoad(hSlot);
+    if (hLock != nullptr)
+    {
+        return hLock;
+    }
+    /* Of two first callers, the slot holds the lock of one; locks cannot be destroyed, so the other's stays unused. */
+    PubSecReplace(hSlot, TAppLockHandle{nullptr}, AppLockCreate());
+    return PubSecLoad(hSlot);
+}
+
 void PubSecLockTake()
 {
-    AppLockTakeByTime(g_hPubSecStackCommonLock, 0);
+    AppLockTakeByTime(PubSecLockMade(g_hPubSecStackCommonLock), 0);
 }
 
 void PubSecLockGive()

@@ -77,6 +77,12 @@ inline bool PubSecIsRegistered(u32 dwPlatform)
     return PubSecIsPlatform(dwPlatform) && PubSecLoad(g_bPubSecRegStatus[dwPlatform]) != 0;
 }
 
+/*
+ * The lock of a slot, made here where it does not stand yet: a constructor of the host's may call before the library's
+ * own have run.
+ */
+TAppLockHandle PubSecLockMade(TAppLockHandle& hSlot);
+
 /* The lock of the tables. */
 void PubSecLockTake();
 void PubSecLockGive();
