@@ -6,6 +6,7 @@
 #include <cjson/cJSON.h>
 #include <gtest/gtest.h>
 
+#include "objects/documents.h"
 #include "objects/encoders.h"
 #include "tests/objects/record_case.h"
 
@@ -717,6 +718,15 @@ TEST(Rfid, CoordinatesOfMinusOneAreLeftOut)
     user.fLatitude = -1.0F;
     EXPECT_EQ(Object(_PubSecRFIDUserObjJson, user),
               R"({"RFIDInfoDataID":"","DeviceID":"","RFIDID":"","StartTime":"","Longitude":0})");
+}
+
+TEST(LogEvent, AllZeroHasEveryMember)
+{
+    const TPubSecLogInfo event = {};
+    char* document = _PubSecLogInfoJson(&event);
+    EXPECT_STREQ(document, R"([{"clientId":"","clientTime":0,"category":"","action":"","value":{"TargetID":""},)"
+                           R"("entryTime":0,"viidId":"","softVer":"","ip":"","test":""}])");
+    cJSON_free(document);
 }
 
 } // namespace

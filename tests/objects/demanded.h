@@ -28,6 +28,8 @@ const std::vector<Member>& WifiUserMembers();
 const std::vector<Member>& WifiImeiMembers();
 const std::vector<Member>& RfidDeviceMembers();
 const std::vector<Member>& RfidUserMembers();
+const std::vector<Member>& LogEventMembers();
+const std::vector<Member>& NotificationMembers();
 
 } // namespace records
 
