@@ -1,0 +1,19 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace device
+{
+
+struct PictureSize
+{
+    int width = 0;
+    int height = 0;
+};
+
+/* Width and height as a JPEG's frame header tells them; none when the bytes are no JPEG. */
+std::optional<PictureSize> jpegSize(const std::string& bytes);
+
+} // namespace device
