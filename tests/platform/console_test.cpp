@@ -21,7 +21,6 @@ namespace
 
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::StartsWith;
 
 /* ------------------------------------------------------------------------------------------------ running a line */
@@ -126,6 +125,7 @@ TEST_F(PosixConsole, RegisteringANameAgainReplacesIt)
 TEST_F(PosixConsole, TheTableIsBounded)
 {
     static std::vector<std::string> names;
+    names.reserve(100);
     for (int i = 0; i < 100; ++i)
     {
         names.push_back("full" + std::to_string(i));

@@ -42,6 +42,7 @@ TEST(PosixLocks, OneThreadAtATime)
     static TAppLockHandle lock = AppLockCreate();
     long counter = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread)
     {
         threads.emplace_back([&, thread] {

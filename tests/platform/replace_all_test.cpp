@@ -5,6 +5,9 @@
  */
 #include <pubsecplatform_posix.h>
 
+/* The fake's functions as ordinary ones instead of weak ones. */
+#define FAKE_FUNCTION
+#include "tests/support/fake_platform.cpp" // NOLINT(bugprone-suspicious-include)
 #include "tests/support/fake_platform_fixture.h"
 
 namespace
