@@ -140,7 +140,7 @@ constexpr TPubSecMember PubSecMemberOf(const char* pchKey, EPubSecRule eRule, si
     return {pchKey,
             ptNested,
             static_cast<u16>(offset),
-            static_cast<u16>(std::is_array_v<Field> ? sizeof(Field) : 0),
+            static_cast<u16>(std::extent_v<Field>),
             static_cast<u16>(gate),
             eRule,
             PubSecKindOf<Field>()

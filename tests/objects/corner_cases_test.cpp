@@ -663,7 +663,7 @@ TEST(WifiDevice, PositionNeedsExactlyOneInGpsInfo)
     probe.ptGPSData = &gps;
     for (const char* info : {"", "0", "2", "10", "1 ", "01"})
     {
-        strcpy(probe.achGPSInfo, info);
+        memcpy(probe.achGPSInfo, info, strlen(info) + 1);
         EXPECT_FALSE(Holds(Object(_PubSecWifiDetectionInfo, probe), "GPSData")) << info;
     }
     strcpy(probe.achGPSInfo, "1");

@@ -301,7 +301,7 @@ std::string Printed(const std::function<void(cJSON*)>& encode)
     encode(object);
     char* printed = cJSON_PrintUnformatted(object);
     cJSON_Delete(object);
-    const std::string text = printed != nullptr ? printed : "nothing printed";
+    std::string text = printed != nullptr ? printed : "nothing printed";
     cJSON_free(printed);
     return text;
 }
@@ -319,11 +319,6 @@ void ExpectSameText(const std::string& actual, const std::string& expected)
     const size_t from = place > 60 ? place - 60 : 0;
     ADD_FAILURE() << "differs at " << place << "\n  written:  ..." << actual.substr(from, 160) << "\n  expected: ..."
                   << expected.substr(from, 160);
-}
-
-bool IsOptional(const Member& member)
-{
-    return member.rule != Rule::always && member.rule != Rule::oneZero;
 }
 
 } // namespace records

@@ -222,9 +222,6 @@ class Record
 /* Like EXPECT_EQ, but shows the place of the difference. */
 void ExpectSameText(const std::string& actual, const std::string& expected);
 
-/* Whether the member can be left out. */
-bool IsOptional(const Member& member);
-
 const std::vector<Case>& AllCases();
 
 } // namespace records

@@ -9,7 +9,6 @@
 
 using records::Case;
 using records::ExpectSameText;
-using records::IsOptional;
 using records::Kind;
 using records::Member;
 using records::Record;
