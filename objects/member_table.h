@@ -53,6 +53,7 @@ struct TPubSecMember
     EPubSecKind eKind;
 #ifdef PUBSEC_MEMBER_FIELDS
     const char* pchField; /* for programs that describe the tables; the library does without */
+    const char* pchGate;  /* the same as pchField where the rule looks at the field itself */
 #endif
 };
 
@@ -146,6 +147,7 @@ constexpr TPubSecMember PubSecMemberOf(const char* pchKey, EPubSecRule eRule, si
             PubSecKindOf<Field>()
 #ifdef PUBSEC_MEMBER_FIELDS
                 ,
+            nullptr,
             nullptr
 #endif
     };
@@ -158,14 +160,15 @@ constexpr TPubSecMember PubSecMemberAs(TPubSecMember tMember, EPubSecKind eKind)
 }
 
 #ifdef PUBSEC_MEMBER_FIELDS
-constexpr TPubSecMember PubSecMemberNamed(TPubSecMember tMember, const char* pchField)
+constexpr TPubSecMember PubSecMemberNamed(TPubSecMember tMember, const char* pchField, const char* pchGate)
 {
     tMember.pchField = pchField;
+    tMember.pchGate = pchGate;
     return tMember;
 }
-#define PS_NAMED(member, name) PubSecMemberNamed(member, name)
+#define PS_NAMED(member, field, gate) PubSecMemberNamed(member, field, gate)
 #else
-#define PS_NAMED(member, name) member
+#define PS_NAMED(member, field, gate) member
 #endif
 
 /*
@@ -187,7 +190,7 @@ template <typename Field, typename Gate, EPubSecRule Rule> constexpr void PubSec
     PS_NAMED((PubSecCheckRow<decltype(R::field), decltype(R::gate), rule>(),                                           \
               PubSecMemberOf<decltype(R::field), decltype(R::gate)>(key, rule, offsetof(R, field), offsetof(R, gate),  \
                                                                     nested)),                                          \
-             #field)
+             #field, #gate)
 
 #define PS_ALWAYS(key, field) PS_MEMBER(key, PUBSEC_RULE_ALWAYS, field, field, nullptr)
 #define PS_TEXT(key, field) PS_MEMBER(key, PUBSEC_RULE_TEXT, field, field, nullptr)
@@ -211,7 +214,7 @@ template <typename Field, typename Gate, EPubSecRule Rule> constexpr void PubSec
         key, &(table), 0, 0, 0, PUBSEC_RULE_ALWAYS, PUBSEC_KIND_RECORD PS_GROUP_FIELD                                  \
     }
 #ifdef PUBSEC_MEMBER_FIELDS
-#define PS_GROUP_FIELD , nullptr
+#define PS_GROUP_FIELD , nullptr, nullptr
 #else
 #define PS_GROUP_FIELD
 #endif
