@@ -20,17 +20,18 @@ constexpr size_t kLimit = 16777216; /* bytes of an answer */
 
 } // namespace
 
-extern "C"
-{
-    void* __real_realloc(void* block, size_t size);
+PUBSEC_C_BEGIN
 
-    /* The linker sends the library's calls here. */
-    void* __wrap_realloc(void* block, size_t size)
-    {
-        s_reallocSize = size;
-        return s_reallocFails ? nullptr : __real_realloc(block, size);
-    }
+void* __real_realloc(void* block, size_t size);
+
+/* The linker sends the library's calls here. */
+void* __wrap_realloc(void* block, size_t size)
+{
+    s_reallocSize = size;
+    return s_reallocFails ? nullptr : __real_realloc(block, size);
 }
+
+PUBSEC_C_END
 
 namespace
 {

@@ -24,7 +24,6 @@ namespace
 struct Handle
 {
     std::map<CURLoption, void*> pointers;
-    std::map<CURLoption, long> numbers;
     bool answered = false;
     curl_shim::Answer answer;
 };
@@ -39,15 +38,31 @@ struct State
     unsigned easyInitFailures = 0;
     unsigned appendPasses = 0;
     unsigned appendFailures = 0;
-    std::map<CURLoption, bool> refusals; /* whether it is carried out all the same */
+    std::set<CURLoption> refusals;
     void (*performHook)(unsigned) = nullptr;
     unsigned performs = 0;
     std::map<CURL*, Handle> handles;
     std::set<curl_slist*> lists;
 };
 
-/* The mutex is free while libcurl works. */
+/* The mutex is free while libcurl works. libcurl's own calls of its functions come here too; they are not the
+ * library's.
+ */
 std::mutex s_mutex;
+thread_local unsigned t_insideCurl = 0;
+
+struct InsideCurl
+{
+    InsideCurl()
+    {
+        ++t_insideCurl;
+    }
+    ~InsideCurl()
+    {
+        --t_insideCurl;
+    }
+};
+
 State s_state;
 
 using Guard = std::lock_guard<std::mutex>;
@@ -176,12 +191,13 @@ std::string drain(const Handle& handle)
 bool deliver(const Handle& handle, const std::string& body)
 {
     const auto function = handle.pointers.find(CURLOPT_WRITEFUNCTION);
-    if (function == handle.pointers.end() || body.empty())
+    const auto data = handle.pointers.find(CURLOPT_WRITEDATA);
+    if (function == handle.pointers.end() || data == handle.pointers.end() || body.empty())
     {
         return true;
     }
     const auto write = reinterpret_cast<size_t (*)(const char*, size_t, size_t, void*)>(function->second);
-    return write(body.data(), 1, body.size(), handle.pointers.at(CURLOPT_WRITEDATA)) == body.size();
+    return write(body.data(), 1, body.size(), data->second) == body.size();
 }
 
 } // namespace
@@ -226,10 +242,10 @@ void failAppend(unsigned pass, unsigned times)
     s_state.appendFailures = times;
 }
 
-void refuse(CURLoption option, bool carriedOut)
+void refuse(CURLoption option)
 {
     const Guard guard(s_mutex);
-    s_state.refusals[option] = carriedOut;
+    s_state.refusals.insert(option);
 }
 
 void setPerformHook(void (*hook)(unsigned))
@@ -272,177 +288,191 @@ size_t openLists()
     return s_state.lists.size();
 }
 
+void cleanUp()
+{
+    std::map<CURL*, Handle> handles;
+    {
+        const Guard guard(s_mutex);
+        handles.swap(s_state.handles);
+    }
+    for (const auto& entry : handles)
+    {
+        const InsideCurl inside;
+        real<void(CURL*)>("curl_easy_cleanup")(entry.first);
+    }
+}
+
 } // namespace curl_shim
 
-extern "C"
+PUBSEC_C_BEGIN
+
+CURLcode curl_global_init(long flags)
 {
-
-    CURLcode curl_global_init(long flags)
     {
-        {
-            const Guard guard(s_mutex);
-            note("global_init(" + std::to_string(flags) + ")");
-            if (!s_state.globalInitFailures.empty())
-            {
-                const CURLcode result = s_state.globalInitFailures.front();
-                s_state.globalInitFailures.pop_front();
-                return result;
-            }
-        }
-        return real<CURLcode(long)>("curl_global_init")(flags);
-    }
-
-    CURL* curl_easy_init(void)
-    {
-        {
-            const Guard guard(s_mutex);
-            note("easy_init()");
-            if (s_state.easyInitFailures > 0)
-            {
-                --s_state.easyInitFailures;
-                return nullptr;
-            }
-        }
-        CURL* handle = real<CURL*()>("curl_easy_init")();
         const Guard guard(s_mutex);
-        s_state.handles[handle] = Handle();
-        return handle;
-    }
-
-    void curl_easy_cleanup(CURL* handle)
-    {
+        note("global_init(" + std::to_string(flags) + ")");
+        if (!s_state.globalInitFailures.empty())
         {
-            const Guard guard(s_mutex);
-            note(s_state.handles.erase(handle) == 1 ? "cleanup()" : "cleanup of what is no handle");
+            const CURLcode result = s_state.globalInitFailures.front();
+            s_state.globalInitFailures.pop_front();
+            return result;
         }
-        real<void(CURL*)>("curl_easy_cleanup")(handle);
     }
+    const InsideCurl inside;
+    return real<CURLcode(long)>("curl_global_init")(flags);
+}
 
-    curl_slist* curl_slist_append(curl_slist* list, const char* text)
+CURL* curl_easy_init(void)
+{
     {
-        {
-            const Guard guard(s_mutex);
-            note("append(" + std::string(text) + ")");
-            if (s_state.appendPasses > 0)
-            {
-                --s_state.appendPasses;
-            }
-            else if (s_state.appendFailures > 0)
-            {
-                --s_state.appendFailures;
-                return nullptr;
-            }
-        }
-        curl_slist* longer = real<curl_slist*(curl_slist*, const char*)>("curl_slist_append")(list, text);
         const Guard guard(s_mutex);
-        s_state.lists.insert(longer);
-        return longer;
-    }
-
-    void curl_slist_free_all(curl_slist* list)
-    {
+        note("easy_init()");
+        if (s_state.easyInitFailures > 0)
         {
-            const Guard guard(s_mutex);
-            const bool known = list == nullptr || s_state.lists.erase(list) == 1;
-            note(!known ? "free of what is no list" : list == nullptr ? "free(null)" : "free(list)");
+            --s_state.easyInitFailures;
+            return nullptr;
         }
-        real<void(curl_slist*)>("curl_slist_free_all")(list);
     }
+    CURL* handle = real<CURL*()>("curl_easy_init")();
+    const Guard guard(s_mutex);
+    s_state.handles[handle] = Handle();
+    return handle;
+}
 
-    CURLcode curl_easy_setopt(CURL* handle, CURLoption option, ...)
+void curl_easy_cleanup(CURL* handle)
+{
     {
-        va_list arguments;
-        va_start(arguments, option);
-        const bool number = option < CURLOPTTYPE_OBJECTPOINT;
-        const bool offset = option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB;
-        const long small = number ? va_arg(arguments, long) : 0;
-        const curl_off_t large = offset ? va_arg(arguments, curl_off_t) : 0;
-        void* const pointer = number || offset ? nullptr : va_arg(arguments, void*);
-        va_end(arguments);
-        {
-            const Guard guard(s_mutex);
-            const std::string value = number   ? std::to_string(small)
-                                      : offset ? std::to_string(large)
-                                               : valueOf(option, pointer);
-            note("setopt(" + std::string(nameOf(option)) + "=" + value + ")");
-            const auto refusal = s_state.refusals.find(option);
-            if (refusal == s_state.refusals.end() || refusal->second)
-            {
-                s_state.handles[handle].pointers[option] = pointer;
-                s_state.handles[handle].numbers[option] = small;
-            }
-            if (refusal != s_state.refusals.end() && !refusal->second)
-            {
-                return CURLE_UNKNOWN_OPTION;
-            }
-        }
-        const auto forward = real<CURLcode(CURL*, CURLoption, ...)>("curl_easy_setopt");
-        const CURLcode result = number   ? forward(handle, option, small)
-                                : offset ? forward(handle, option, large)
-                                         : forward(handle, option, pointer);
         const Guard guard(s_mutex);
-        return s_state.refusals.count(option) != 0 ? CURLE_UNKNOWN_OPTION : result;
+        note(s_state.handles.erase(handle) == 1 ? "cleanup()" : "cleanup of what is no handle");
     }
+    const InsideCurl inside;
+    real<void(CURL*)>("curl_easy_cleanup")(handle);
+}
 
-    CURLcode curl_easy_perform(CURL* handle)
+curl_slist* curl_slist_append(curl_slist* list, const char* text)
+{
+    if (t_insideCurl > 0)
     {
-        Handle known;
-        void (*hook)(unsigned) = nullptr;
-        unsigned number = 0;
-        {
-            const Guard guard(s_mutex);
-            note("perform()");
-            Handle& entry = s_state.handles[handle];
-            entry.answered = !s_state.answers.empty() || !s_state.always.empty();
-            if (!s_state.answers.empty())
-            {
-                entry.answer = s_state.answers.front();
-                s_state.answers.pop_front();
-            }
-            else if (entry.answered)
-            {
-                entry.answer = s_state.always.front();
-            }
-            known = entry;
-            hook = s_state.performHook;
-            number = ++s_state.performs;
-        }
-        if (hook != nullptr)
-        {
-            hook(number);
-        }
-        if (!known.answered)
-        {
-            return real<CURLcode(CURL*)>("curl_easy_perform")(handle);
-        }
-        const std::string sent = drain(known);
-        const bool taken = deliver(known, known.answer.body);
+        return real<curl_slist*(curl_slist*, const char*)>("curl_slist_append")(list, text);
+    }
+    {
         const Guard guard(s_mutex);
-        s_state.sentBodies.push_back(sent);
-        return taken ? known.answer.result : CURLE_WRITE_ERROR;
-    }
-
-    CURLcode curl_easy_getinfo(CURL* handle, CURLINFO info, ...)
-    {
-        va_list arguments;
-        va_start(arguments, info);
-        void* const out = va_arg(arguments, void*);
-        va_end(arguments);
+        note("append(" + std::string(text) + ")");
+        if (s_state.appendPasses > 0)
         {
-            const Guard guard(s_mutex);
-            Handle& entry = s_state.handles[handle];
-            if (entry.answered && info == CURLINFO_RESPONSE_CODE)
-            {
-                *static_cast<long*>(out) = entry.answer.status;
-                return CURLE_OK;
-            }
-            if (entry.answered && info == CURLINFO_REDIRECT_URL)
-            {
-                *static_cast<char**>(out) = entry.answer.redirect.empty() ? nullptr : entry.answer.redirect.data();
-                return CURLE_OK;
-            }
+            --s_state.appendPasses;
         }
-        return real<CURLcode(CURL*, CURLINFO, ...)>("curl_easy_getinfo")(handle, info, out);
+        else if (s_state.appendFailures > 0)
+        {
+            --s_state.appendFailures;
+            return nullptr;
+        }
     }
+    curl_slist* longer = real<curl_slist*(curl_slist*, const char*)>("curl_slist_append")(list, text);
+    const Guard guard(s_mutex);
+    s_state.lists.insert(longer);
+    return longer;
+}
 
-} // extern "C"
+void curl_slist_free_all(curl_slist* list)
+{
+    if (t_insideCurl == 0)
+    {
+        const Guard guard(s_mutex);
+        const bool known = list == nullptr || s_state.lists.erase(list) == 1;
+        note(!known ? "free of what is no list" : list == nullptr ? "free(null)" : "free(list)");
+    }
+    real<void(curl_slist*)>("curl_slist_free_all")(list);
+}
+
+CURLcode curl_easy_setopt(CURL* handle, CURLoption option, ...)
+{
+    va_list arguments;
+    va_start(arguments, option);
+    const bool number = option < CURLOPTTYPE_OBJECTPOINT;
+    const bool offset = option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB;
+    const long small = number ? va_arg(arguments, long) : 0;
+    const curl_off_t large = offset ? va_arg(arguments, curl_off_t) : 0;
+    void* const pointer = number || offset ? nullptr : va_arg(arguments, void*);
+    va_end(arguments);
+    {
+        const Guard guard(s_mutex);
+        const std::string value = number   ? std::to_string(small)
+                                  : offset ? std::to_string(large)
+                                           : valueOf(option, pointer);
+        note("setopt(" + std::string(nameOf(option)) + "=" + value + ")");
+        if (s_state.refusals.count(option) != 0)
+        {
+            return CURLE_UNKNOWN_OPTION;
+        }
+        s_state.handles[handle].pointers[option] = pointer;
+    }
+    const auto forward = real<CURLcode(CURL*, CURLoption, ...)>("curl_easy_setopt");
+    return number   ? forward(handle, option, small)
+           : offset ? forward(handle, option, large)
+                    : forward(handle, option, pointer);
+}
+
+CURLcode curl_easy_perform(CURL* handle)
+{
+    Handle known;
+    void (*hook)(unsigned) = nullptr;
+    unsigned number = 0;
+    {
+        const Guard guard(s_mutex);
+        note("perform()");
+        Handle& entry = s_state.handles[handle];
+        entry.answered = !s_state.answers.empty() || !s_state.always.empty();
+        if (!s_state.answers.empty())
+        {
+            entry.answer = s_state.answers.front();
+            s_state.answers.pop_front();
+        }
+        else if (entry.answered)
+        {
+            entry.answer = s_state.always.front();
+        }
+        known = entry;
+        hook = s_state.performHook;
+        number = ++s_state.performs;
+    }
+    if (hook != nullptr)
+    {
+        hook(number);
+    }
+    if (!known.answered)
+    {
+        const InsideCurl inside;
+        return real<CURLcode(CURL*)>("curl_easy_perform")(handle);
+    }
+    const std::string sent = drain(known);
+    const bool taken = deliver(known, known.answer.body);
+    const Guard guard(s_mutex);
+    s_state.sentBodies.push_back(sent);
+    return taken ? known.answer.result : CURLE_WRITE_ERROR;
+}
+
+CURLcode curl_easy_getinfo(CURL* handle, CURLINFO info, ...)
+{
+    va_list arguments;
+    va_start(arguments, info);
+    void* const out = va_arg(arguments, void*);
+    va_end(arguments);
+    {
+        const Guard guard(s_mutex);
+        Handle& entry = s_state.handles[handle];
+        if (entry.answered && info == CURLINFO_RESPONSE_CODE)
+        {
+            *static_cast<long*>(out) = entry.answer.status;
+            return CURLE_OK;
+        }
+        if (entry.answered && info == CURLINFO_REDIRECT_URL)
+        {
+            *static_cast<char**>(out) = entry.answer.redirect.empty() ? nullptr : entry.answer.redirect.data();
+            return CURLE_OK;
+        }
+    }
+    return real<CURLcode(CURL*, CURLINFO, ...)>("curl_easy_getinfo")(handle, info, out);
+}
+
+PUBSEC_C_END

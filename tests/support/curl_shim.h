@@ -49,10 +49,10 @@ void failEasyInit();
 void failAppend(unsigned pass, unsigned times);
 
 /*
- * Every setting of the option gives CURLE_UNKNOWN_OPTION. The option is set all the same when `carriedOut`: a callback
- * without its data would work on libcurl's default stream.
+ * Every setting of the option gives CURLE_UNKNOWN_OPTION and is not carried out. With a callback's data refused the
+ * real libcurl would call it with a stream of its own: answer the transfers here then.
  */
-void refuse(CURLoption option, bool carriedOut = false);
+void refuse(CURLoption option);
 
 /* Called at the start of each transfer, its number from 1. */
 void setPerformHook(void (*hook)(unsigned number));
@@ -69,6 +69,9 @@ std::vector<std::string> sentBodies();
 /* Handles and lists that were made and not released. */
 size_t openHandles();
 size_t openLists();
+
+/* Releases the handles that the library keeps on purpose. */
+void cleanUp();
 
 } // namespace curl_shim
 
