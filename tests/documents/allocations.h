@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* cJSON's memory in a test's hand. */
-#ifndef PUBSEC_TESTS_ALLOCATIONS_H
-#define PUBSEC_TESTS_ALLOCATIONS_H
+#ifndef PUBSEC_TESTS_DOCUMENT_ALLOCATIONS_H
+#define PUBSEC_TESTS_DOCUMENT_ALLOCATIONS_H
 
 #include <functional>
 

@@ -13,6 +13,7 @@
 #include <set>
 
 #include "core/http.h"
+#include "post/file_upload.h"
 
 #undef curl_easy_setopt
 #undef curl_easy_getinfo
@@ -96,6 +97,7 @@ const char* nameOf(CURLoption option)
         {CURLOPT_WRITEFUNCTION, "WRITEFUNCTION"},
         {CURLOPT_WRITEDATA, "WRITEDATA"},
         {CURLOPT_POSTFIELDSIZE, "POSTFIELDSIZE"},
+        {CURLOPT_POSTFIELDSIZE_LARGE, "POSTFIELDSIZE_LARGE"},
         {CURLOPT_POSTFIELDS, "POSTFIELDS"},
         {CURLOPT_NOSIGNAL, "NOSIGNAL"},
         {CURLOPT_HTTPAUTH, "HTTPAUTH"},
@@ -106,7 +108,7 @@ const char* nameOf(CURLoption option)
         {CURLOPT_INFILESIZE, "INFILESIZE"},
         {CURLOPT_INFILESIZE_LARGE, "INFILESIZE_LARGE"},
         {CURLOPT_NOPROGRESS, "NOPROGRESS"},
-        {CURLOPT_PROGRESSDATA, "PROGRESSDATA"},
+        {CURLOPT_XFERINFODATA, "XFERINFODATA"},
         {CURLOPT_XFERINFOFUNCTION, "XFERINFOFUNCTION"},
     };
     const auto found = names.find(option);
@@ -128,7 +130,17 @@ template <typename Function> bool is(const void* pointer, Function* function)
     return pointer == reinterpret_cast<const void*>(function);
 }
 
-std::string valueOf(CURLoption option, const void* pointer)
+std::string functionOf(const void* pointer)
+{
+    return is(pointer, PubSecReadCB)     ? "PubSecReadCB"
+           : is(pointer, _PubSecWriteCB) ? "_PubSecWriteCB"
+           : is(pointer, read_callback)  ? "read_callback"
+           : is(pointer, ProcCBEx)       ? "ProcCBEx"
+                                         : "pointer";
+}
+
+/* `before` is what the handle has been given so far. */
+std::string valueOf(CURLoption option, const void* pointer, const std::map<CURLoption, void*>& before)
 {
     if (pointer == nullptr)
     {
@@ -143,7 +155,14 @@ std::string valueOf(CURLoption option, const void* pointer)
         return static_cast<const char*>(pointer);
     case CURLOPT_HTTPHEADER:
         return linesOf(static_cast<const curl_slist*>(pointer));
+    case CURLOPT_XFERINFODATA:
+        return std::to_string(reinterpret_cast<uintptr_t>(pointer));
     case CURLOPT_READDATA: {
+        const auto reader = before.find(CURLOPT_READFUNCTION);
+        if (reader != before.end() && is(reader->second, read_callback))
+        {
+            return "file";
+        }
         const TPubSecReqBody* body = static_cast<const TPubSecReqBody*>(pointer);
         return std::string(body->pchData, body->dwLeft);
     }
@@ -153,7 +172,7 @@ std::string valueOf(CURLoption option, const void* pointer)
                                                                                       : "a sink that is not empty";
     }
     default:
-        return is(pointer, PubSecReadCB) ? "PubSecReadCB" : is(pointer, _PubSecWriteCB) ? "_PubSecWriteCB" : "pointer";
+        return functionOf(pointer);
     }
 }
 
@@ -399,7 +418,7 @@ CURLcode curl_easy_setopt(CURL* handle, CURLoption option, ...)
         const Guard guard(s_mutex);
         const std::string value = number   ? std::to_string(small)
                                   : offset ? std::to_string(large)
-                                           : valueOf(option, pointer);
+                                           : valueOf(option, pointer, s_state.handles[handle].pointers);
         note("setopt(" + std::string(nameOf(option)) + "=" + value + ")");
         if (s_state.refusals.count(option) != 0)
         {
