@@ -17,7 +17,6 @@ namespace
 {
 
 constexpr std::size_t blockSize = 32768;
-constexpr std::uint64_t throttleSteps = 20; /* blocks per second of a throttled body */
 
 /* A body on its way out. */
 struct Stream
@@ -48,8 +47,8 @@ ssize_t readStream(void* context, std::uint64_t position, char* buffer, std::siz
     const std::uint64_t rate = stream.answer.bytesPerSecond;
     if (rate != 0)
     {
-        length = std::min(length, static_cast<std::size_t>(std::max<std::uint64_t>(1, rate / throttleSteps)));
-        if (!stream.listener.pause(std::chrono::milliseconds(1000 * length / rate)))
+        length = std::min(length, static_cast<std::size_t>(throttleStep(rate)));
+        if (!stream.listener.pause(throttlePause(length, rate)))
         {
             return MHD_CONTENT_READER_END_WITH_ERROR;
         }
@@ -95,12 +94,6 @@ bool needsStream(const Answer& answer)
            answer.framing != Framing::Length;
 }
 
-int socketOf(MHD_Connection* connection)
-{
-    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
-    return info == nullptr ? -1 : info->connect_fd;
-}
-
 /* Dissolving the association of a TCP socket makes the kernel send a reset. */
 void resetConnection(MHD_Connection* connection)
 {
@@ -129,6 +122,12 @@ bool isSecure(MHD_Connection* connection)
 }
 
 } // namespace
+
+int socketOf(MHD_Connection* connection)
+{
+    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
+    return info == nullptr ? -1 : info->connect_fd;
+}
 
 MHD_Result deliver(Listener& listener, MHD_Connection* connection, const Answer& answer)
 {

@@ -8,11 +8,14 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 
@@ -26,7 +29,7 @@ namespace
 struct Transfer
 {
     Exchange exchange;
-    std::optional<Answer> early;
+    Reception reception;
     bool begun = false;
     bool finished = false;
 };
@@ -182,17 +185,66 @@ void readHeaders(MHD_Connection* connection, const char* method, Exchange& excha
     }
 }
 
+/* Until the client has gone or the listener stops. A client with unsent data that goes away is not seen to: TCP tells
+ * only those who read on. */
+void stall(Listener& listener, MHD_Connection* connection)
+{
+    constexpr std::chrono::milliseconds interval(20);
+    pollfd client{socketOf(connection), POLLRDHUP, 0};
+    while (poll(&client, 1, 0) == 0 && listener.pause(interval))
+    {
+    }
+}
+
+/* How much of the body is read before the answer's cut or stall. */
+std::uint64_t readingLimit(const Transfer& transfer)
+{
+    constexpr std::uint64_t none = std::numeric_limits<std::uint64_t>::max();
+    const std::optional<Answer>& early = transfer.reception.early;
+    return early ? std::min(early->cutAfterRequestBytes.value_or(none), early->stallAfterRequestBytes.value_or(none))
+                 : none;
+}
+
+/* Whether the request goes on; where it does not, its connection is to be closed. */
+MHD_Result goOn(Listener& listener, MHD_Connection* connection, const Transfer& transfer)
+{
+    const UploadWriter* upload = transfer.reception.upload.get();
+    if (upload != nullptr && upload->outcome() == UploadWriter::Outcome::TakenOver)
+    {
+        return MHD_NO;
+    }
+    if (transfer.exchange.bodyLength < readingLimit(transfer))
+    {
+        return MHD_YES;
+    }
+    const std::optional<std::uint64_t>& stallAfter = transfer.reception.early->stallAfterRequestBytes;
+    if (stallAfter && *stallAfter <= transfer.exchange.bodyLength)
+    {
+        stall(listener, connection);
+    }
+    return MHD_NO;
+}
+
 MHD_Result beginTransfer(Listener& listener, MHD_Connection* connection, const char* method, Transfer& transfer)
 {
     transfer.begun = true;
     readHeaders(connection, method, transfer.exchange);
-    transfer.early = listener.handler().begin(transfer.exchange);
-    return !transfer.early || listener.pause(transfer.early->delayBeforeReading) ? MHD_YES : MHD_NO;
+    transfer.reception = listener.handler().begin(transfer.exchange);
+    const std::optional<Answer>& early = transfer.reception.early;
+    return !early || listener.pause(early->delayBeforeReading) ? goOn(listener, connection, transfer) : MHD_NO;
 }
 
-/* A body over the limit is read to its end and forgotten: a client that is still sending would not see the answer. */
-void readBody(const Listener& listener, Exchange& exchange, const char* data, std::size_t size)
+/* A body that is not taken is read to its end and forgotten: a client that is still sending would not see the answer.
+ */
+void keepBody(const Listener& listener, Transfer& transfer, const char* data, std::size_t size)
 {
+    Exchange& exchange = transfer.exchange;
+    exchange.bodyLength += size;
+    if (transfer.reception.upload)
+    {
+        transfer.reception.upload->write(data, size);
+        return;
+    }
     if (exchange.oversized || size > listener.maxBody() - exchange.body.size())
     {
         exchange.oversized = true;
@@ -201,6 +253,36 @@ void readBody(const Listener& listener, Exchange& exchange, const char* data, st
         return;
     }
     exchange.body.append(data, size);
+}
+
+/* At the pace of the throttle; false when the listener stops. */
+bool readPaced(Listener& listener, Transfer& transfer, const char* data, std::size_t size)
+{
+    const std::uint64_t rate = transfer.reception.early ? transfer.reception.early->requestBytesPerSecond : 0;
+    const std::size_t most = rate == 0 ? size : static_cast<std::size_t>(throttleStep(rate));
+    while (size != 0)
+    {
+        const std::size_t step = std::min(size, most);
+        if (rate != 0 && !listener.pause(throttlePause(step, rate)))
+        {
+            return false;
+        }
+        keepBody(listener, transfer, data, step);
+        data += step;
+        size -= step;
+    }
+    return true;
+}
+
+MHD_Result readBody(Listener& listener, MHD_Connection* connection, Transfer& transfer, const char* data,
+                    std::size_t size)
+{
+    const std::uint64_t room = readingLimit(transfer) - transfer.exchange.bodyLength;
+    if (!readPaced(listener, transfer, data, static_cast<std::size_t>(std::min<std::uint64_t>(size, room))))
+    {
+        return MHD_NO;
+    }
+    return goOn(listener, connection, transfer);
 }
 
 MHD_Result serve(Listener& listener, MHD_Connection* connection, const char* method, const char* data,
@@ -212,13 +294,13 @@ MHD_Result serve(Listener& listener, MHD_Connection* connection, const char* met
     }
     if (*size != 0)
     {
-        readBody(listener, transfer.exchange, data, *size);
+        const std::size_t arrived = *size;
         *size = 0;
-        return MHD_YES;
+        return readBody(listener, connection, transfer, data, arrived);
     }
     transfer.finished = true;
     transfer.exchange.complete = true;
-    const Answer answer = listener.handler().finish(transfer.exchange, std::move(transfer.early));
+    const Answer answer = listener.handler().finish(transfer.exchange, std::move(transfer.reception));
     return deliver(listener, connection, answer);
 }
 

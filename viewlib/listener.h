@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #pragma once
 
+#include "uploads.h"
 #include "viewlib/answer.h"
 #include "viewlib/exchange.h"
 
@@ -9,6 +10,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -18,17 +20,23 @@ struct MHD_Daemon;
 namespace viewlib
 {
 
+/* What is known of a request once its headers are in. */
+struct Reception
+{
+    std::optional<Answer> early;          /* waits for the body all the same */
+    std::unique_ptr<UploadWriter> upload; /* where the body goes; none: into the exchange */
+};
+
 /* What decides the answers. Called by the threads of the connections. */
 class Handler
 {
   public:
     virtual ~Handler() = default;
 
-    /* The headers are in; an answer given here waits for the body all the same. */
-    virtual std::optional<Answer> begin(const Exchange& exchange) = 0;
+    virtual Reception begin(const Exchange& exchange) = 0;
     /* The body is in, too. The answer that comes back has a status unless it is cut before that. */
-    virtual Answer finish(Exchange& exchange, std::optional<Answer> early) = 0;
-    /* The client went away before the end of its body. */
+    virtual Answer finish(Exchange& exchange, Reception reception) = 0;
+    /* The connection ended before the body did. */
     virtual void abandon(Exchange& exchange) = 0;
 };
 

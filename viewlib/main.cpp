@@ -36,10 +36,10 @@ void printExchange(const viewlib::Exchange& exchange)
 {
     const std::string time = viewlib::localTime(exchange.received);
     const std::string outcome = exchange.status != 0 ? std::to_string(exchange.status) : "no answer";
-    std::printf("%s #%llu %s %s %s %s %zu bytes -> %s\n", time.c_str(),
-                static_cast<unsigned long long>(exchange.number), exchange.peer.c_str(),
-                printable(exchange.device()).c_str(), printable(exchange.method).c_str(),
-                printable(exchange.target).c_str(), exchange.body.size(), outcome.c_str());
+    std::printf(
+        "%s #%llu %s %s %s %s %llu bytes -> %s\n", time.c_str(), static_cast<unsigned long long>(exchange.number),
+        exchange.peer.c_str(), printable(exchange.device()).c_str(), printable(exchange.method).c_str(),
+        printable(exchange.target).c_str(), static_cast<unsigned long long>(exchange.bodyLength), outcome.c_str());
     std::fflush(stdout);
 }
 

@@ -8,58 +8,85 @@ namespace viewlib
 
 /* clang-format off */
 static constexpr Resource resources[] = {
-    {Kind::Register,   "POST", "/VIID/System/Register",           "", {nullptr, nullptr}, false},
-    {Kind::UnRegister, "POST", "/VIID/System/UnRegister",         "", {nullptr, nullptr}, false},
-    {Kind::Keepalive,  "POST", "/VIID/System/Keepalive",          "", {nullptr, nullptr}, false},
-    {Kind::Time,       "GET",  "/VIID/System/Time",               "", {nullptr, nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/Images",                    "Image", {"ImageListObject", "ImageInfoObject"}, true},
-    {Kind::Collection, "POST", "/VIID/Faces",                     "Face", {"FaceListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/Persons",                   "Person", {"PersonListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/MotorVehicles",             "MotorVehicle", {"MotorVehicleListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/NonMotorVehicles",          "NonMotorVehicle", {"NonMotorVehicleListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/Things",                    "Thing", {"ThingListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/Scenes",                    "Scene", {"SceneListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/VideoSlices",               "VideoSlice", {"VideoSliceListObject", nullptr}, true},
-    {Kind::Collection, "POST", "/VIID/Files",                     "File", {"FileListObject", nullptr}, true},
-    {Kind::Collection, "POST", "/VIID/IllegalRecords",            "IllegalRecord", {"IllegalRecordListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/NonMotorIllegalRecords",    "NonMotorIllegalRecord", {"NonMotorIllegalRecordListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/GPSDatas",                  "GPSData", {"GPSDataListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/WifiDetector/WifiDatas",    "WifiDevice", {"WifiDataListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/RFIDDatas",                 "RFIDDevice", {"RFIDDataListObject", nullptr}, false},
-    {Kind::Collection, "POST", "/VIID/DispositionNotifications",  "DispositionNotification",
+    {Kind::Register,   "/VIID/System/Register",           "", {nullptr, nullptr}, false},
+    {Kind::UnRegister, "/VIID/System/UnRegister",         "", {nullptr, nullptr}, false},
+    {Kind::Keepalive,  "/VIID/System/Keepalive",          "", {nullptr, nullptr}, false},
+    {Kind::Time,       "/VIID/System/Time",               "", {nullptr, nullptr}, false},
+    {Kind::Collection, "/VIID/Images",                    "Image", {"ImageListObject", "ImageInfoObject"}, true},
+    {Kind::Collection, "/VIID/Faces",                     "Face", {"FaceListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/Persons",                   "Person", {"PersonListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/MotorVehicles",             "MotorVehicle", {"MotorVehicleListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/NonMotorVehicles",          "NonMotorVehicle", {"NonMotorVehicleListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/Things",                    "Thing", {"ThingListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/Scenes",                    "Scene", {"SceneListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/VideoSlices",               "VideoSlice", {"VideoSliceListObject", nullptr}, true},
+    {Kind::Collection, "/VIID/Files",                     "File", {"FileListObject", nullptr}, true},
+    {Kind::Collection, "/VIID/IllegalRecords",            "IllegalRecord", {"IllegalRecordListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/NonMotorIllegalRecords",    "NonMotorIllegalRecord", {"NonMotorIllegalRecordListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/GPSDatas",                  "GPSData", {"GPSDataListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/WifiDetector/WifiDatas",    "WifiDevice", {"WifiDataListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/RFIDDatas",                 "RFIDDevice", {"RFIDDataListObject", nullptr}, false},
+    {Kind::Collection, "/VIID/DispositionNotifications",  "DispositionNotification",
         {"DispositionNotificationListObject", "DispositionNotificationObject"}, false},
-    {Kind::LogEvent,   "POST", "/log/event",                      "", {nullptr, nullptr}, false},
+    {Kind::Collection, "/VIID/AccessRecords", "AccessRecord", {"AccessRecordListObject", "AccessRecordObject"}, false},
+    {Kind::Upload, "/VIID/Upload", "", {nullptr, nullptr}, false},
+    {Kind::LogEvent,   "/log/event",                      "", {nullptr, nullptr}, false},
 };
 /* clang-format on */
 
-/* "/VIID/Images/<id>/Data" gives <id> for "/VIID/Images". */
-static std::string idBelow(std::string_view collection, std::string_view path)
+/* What follows the resource's path and a '/'; empty when the path is another. */
+static std::string_view below(std::string_view resource, std::string_view path)
 {
-    static constexpr std::string_view tail = "/Data";
-    if (path.size() <= collection.size() + 1 + tail.size() || path.substr(0, collection.size()) != collection ||
-        path[collection.size()] != '/' || path.substr(path.size() - tail.size()) != tail)
+    const bool fits =
+        path.size() > resource.size() && path.substr(0, resource.size()) == resource && path[resource.size()] == '/';
+    return fits ? path.substr(resource.size() + 1) : std::string_view();
+}
+
+/* rest is "<id>" or "<id>/Data". */
+static std::optional<ResourceMatch> findBelow(const Resource& resource, std::string_view rest)
+{
+    const std::size_t slash = rest.find('/');
+    const std::string_view id = rest.substr(0, slash);
+    if (id.empty())
     {
-        return {};
+        return std::nullopt;
     }
-    const std::string_view id = path.substr(collection.size() + 1, path.size() - collection.size() - 1 - tail.size());
-    return id.find('/') == std::string_view::npos ? std::string(id) : std::string();
+    if (slash == std::string_view::npos && resource.kind == Kind::Upload)
+    {
+        return ResourceMatch{Kind::Upload, &resource, std::string(id)};
+    }
+    if (slash != std::string_view::npos && resource.hasData && rest.substr(slash) == "/Data")
+    {
+        return ResourceMatch{Kind::Data, &resource, std::string(id)};
+    }
+    return std::nullopt;
 }
 
 std::optional<ResourceMatch> findResource(const std::string& path)
 {
     for (const Resource& resource : resources)
     {
-        if (path == resource.path)
+        if (path == resource.path && resource.kind != Kind::Upload)
         {
-            return ResourceMatch{resource.kind, &resource, {}, resource.method};
+            return ResourceMatch{resource.kind, &resource, {}};
         }
-        std::string id = resource.hasData ? idBelow(resource.path, path) : std::string();
-        if (!id.empty())
+        if (std::optional<ResourceMatch> match = findBelow(resource, below(resource.path, path)))
         {
-            return ResourceMatch{Kind::Data, &resource, std::move(id), "POST"};
+            return match;
         }
     }
     return std::nullopt;
+}
+
+bool ResourceMatch::allows(const std::string& method) const
+{
+    const bool get = kind == Kind::Time || kind == Kind::Upload;
+    return (get && method == "GET") || (kind != Kind::Time && method == "POST");
+}
+
+const char* ResourceMatch::methods() const
+{
+    return !allows("POST") ? "GET" : !allows("GET") ? "POST" : "GET, POST";
 }
 
 } // namespace viewlib

@@ -15,6 +15,7 @@ enum class Kind
     Time,
     Collection, /* documents with objects */
     Data,       /* the bytes of an object that was announced before */
+    Upload,     /* a file that is streamed, and how much of it is held */
     LogEvent
 };
 
@@ -22,7 +23,6 @@ enum class Kind
 struct Resource
 {
     Kind kind;
-    const char* method;
     const char* path;
     const char* objects;  /* what a collection holds: "Face" */
     const char* roots[2]; /* the members one of which a document has at its root */
@@ -33,8 +33,10 @@ struct ResourceMatch
 {
     Kind kind;
     const Resource* resource; /* for Kind::Data that of the collection */
-    std::string id;           /* for Kind::Data */
-    const char* method;       /* the only one that is served */
+    std::string id;           /* for Kind::Data and Kind::Upload, as it stands in the path */
+
+    bool allows(const std::string& method) const;
+    const char* methods() const; /* those that are served, as "Allow" lists them */
 };
 
 std::optional<ResourceMatch> findResource(const std::string& path);

@@ -7,6 +7,7 @@
 #include "service.h"
 #include "store.h"
 #include "text.h"
+#include "uploads.h"
 
 #include <algorithm>
 #include <atomic>
@@ -39,6 +40,12 @@ bool isSilent(const Answer& answer)
     return answer.raw.has_value() || answer.cut == Cut::BeforeStatus || answer.cut == Cut::Reset;
 }
 
+/* Whether it is given in place of handling the request. */
+bool replacesHandling(const std::optional<Answer>& scripted)
+{
+    return scripted && scripted->status != 0 && !scripted->takeEffect;
+}
+
 bool bodyAllowed(unsigned status)
 {
     return status >= 200 && status != 204 && status != 304;
@@ -49,29 +56,27 @@ bool bodyAllowed(unsigned status)
 struct Server::Engine : Handler
 {
     explicit Engine(Config settings)
-        : config(std::move(settings)), store(config.storage), service(config, store), journal(config.maxExchanges),
-          listener(*this, config.maxBody), port(config.port)
+        : config(std::move(settings)), store(config.storage), uploads(config.storage), service(config, store, uploads),
+          journal(config.maxExchanges), listener(*this, config.maxBody), port(config.port)
     {
     }
 
-    std::optional<Answer> begin(const Exchange& exchange) override
-    {
-        return script.take(exchange.path, Script::Stage::HeadersRead);
-    }
-    Answer finish(Exchange& exchange, std::optional<Answer> early) override;
+    Reception begin(const Exchange& exchange) override;
+    Answer finish(Exchange& exchange, Reception reception) override;
     void abandon(Exchange& exchange) override
     {
         exchange.received = service.now();
         record(exchange);
     }
 
-    Answer decide(const Exchange& exchange, std::optional<Answer> early);
-    Answer handle(const Exchange& exchange, std::optional<Answer> scripted);
+    Answer decide(const Exchange& exchange, Reception reception);
+    Answer handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload);
     void complete(const Exchange& exchange, Answer& answer) const;
     void record(Exchange& exchange);
 
     const Config config;
     Store store;
+    Uploads uploads;
     Service service;
     Script script;
     Journal journal;
@@ -79,13 +84,32 @@ struct Server::Engine : Handler
     std::atomic<std::uint16_t> port;
 };
 
-Answer Server::Engine::finish(Exchange& exchange, std::optional<Answer> early)
+Reception Server::Engine::begin(const Exchange& exchange)
+{
+    Reception reception;
+    reception.early = script.take(exchange.path, Script::Stage::HeadersRead);
+    if (!service.isUpload(exchange))
+    {
+        return reception;
+    }
+    if (!reception.early) /* uploads pass no check that an answer could wait for */
+    {
+        reception.early = script.take(exchange.path, Script::Stage::Authorized);
+    }
+    if (!replacesHandling(reception.early))
+    {
+        reception.upload = service.openUpload(exchange);
+    }
+    return reception;
+}
+
+Answer Server::Engine::finish(Exchange& exchange, Reception reception)
 {
     exchange.received = service.now();
     Answer answer;
     try
     {
-        answer = decide(exchange, std::move(early));
+        answer = decide(exchange, std::move(reception));
     }
     catch (const std::exception& error)
     {
@@ -101,9 +125,10 @@ Answer Server::Engine::finish(Exchange& exchange, std::optional<Answer> early)
     return answer;
 }
 
-Answer Server::Engine::decide(const Exchange& exchange, std::optional<Answer> early)
+Answer Server::Engine::decide(const Exchange& exchange, Reception reception)
 {
-    if (early && early->status != 0 && !early->takeEffect)
+    std::optional<Answer>& early = reception.early;
+    if (replacesHandling(early))
     {
         return *std::move(early);
     }
@@ -113,20 +138,18 @@ Answer Server::Engine::decide(const Exchange& exchange, std::optional<Answer> ea
     {
         return early ? merge(*std::move(early), *std::move(refusal)) : *std::move(refusal);
     }
-    return handle(exchange, early ? std::move(early) : script.take(exchange.path, Script::Stage::Authorized));
+    return handle(exchange, early ? std::move(early) : script.take(exchange.path, Script::Stage::Authorized),
+                  reception.upload.get());
 }
 
-Answer Server::Engine::handle(const Exchange& exchange, std::optional<Answer> scripted)
+Answer Server::Engine::handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload)
 {
-    if (!scripted)
-    {
-        return service.perform(exchange);
-    }
-    if (scripted->status != 0 && !scripted->takeEffect)
+    if (replacesHandling(scripted))
     {
         return *std::move(scripted);
     }
-    return merge(*std::move(scripted), service.perform(exchange));
+    Answer usual = service.perform(exchange, upload);
+    return scripted ? merge(*std::move(scripted), std::move(usual)) : usual;
 }
 
 /* Gives the answer the body and headers that it is sent with. */
@@ -288,6 +311,11 @@ std::vector<StoredObject> Server::objects(const std::string& kind) const
 std::vector<Picture> Server::pictures(const std::string& objectId) const
 {
     return m_engine->store.pictures(objectId);
+}
+
+std::vector<Upload> Server::uploads() const
+{
+    return m_engine->uploads.all();
 }
 
 void Server::setClockOffset(std::chrono::milliseconds offset)

@@ -4,6 +4,10 @@
 #include "json.h"
 #include "text.h"
 
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
 namespace viewlib
 {
 
@@ -44,6 +48,28 @@ bool isDocumentType(const std::string& contentType)
     return sameNoCase(type, "application/VIID+JSON") || sameNoCase(type, "application/json");
 }
 
+/* Where an upload begins: "position=N" in its query, or at 0. Nothing when that is no number. */
+std::optional<std::uint64_t> positionOf(const std::string& query)
+{
+    static constexpr std::string_view key = "position=";
+    std::uint64_t position = 0;
+    for (std::size_t from = 0; from < query.size();)
+    {
+        const std::size_t end = std::min(query.find('&', from), query.size());
+        const std::string_view part = std::string_view(query).substr(from, end - from);
+        if (part.substr(0, key.size()) == key)
+        {
+            const auto parsed = std::from_chars(part.data() + key.size(), part.data() + part.size(), position);
+            if (parsed.ec != std::errc() || parsed.ptr != part.data() + part.size())
+            {
+                return std::nullopt;
+            }
+        }
+        from = end + 1;
+    }
+    return position;
+}
+
 /* One status for each object that the collection holds; objects that came along with them have none of their own. */
 std::vector<Status> statusesOf(const Findings& findings, const Resource& resource)
 {
@@ -60,8 +86,8 @@ std::vector<Status> statusesOf(const Findings& findings, const Resource& resourc
 
 } // namespace
 
-Service::Service(const Config& config, Store& store)
-    : m_config(config), m_store(store), m_verifier(config), m_clockOffset(config.clockOffset)
+Service::Service(const Config& config, Store& store, Uploads& uploads)
+    : m_config(config), m_store(store), m_uploads(uploads), m_verifier(config), m_clockOffset(config.clockOffset)
 {
 }
 
@@ -115,10 +141,14 @@ std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks)
     {
         return fault(exchange, 404, StatusCode::InvalidOperation, "there is no resource " + exchange.path);
     }
-    if (exchange.method != match->method)
+    if (!match->allows(exchange.method))
     {
         return fault(exchange, 405, StatusCode::InvalidOperation, exchange.method + " is not served here")
-            .with("Allow", match->method);
+            .with("Allow", match->methods());
+    }
+    if (match->kind == Kind::Upload) /* its requests name no device */
+    {
+        return refuseUpload(exchange, match->id);
     }
     if (exchange.oversized)
     {
@@ -170,7 +200,7 @@ std::optional<Answer> Service::refuseStranger(const Exchange& exchange) const
                               : "device \"" + device + "\" is not registered");
 }
 
-Answer Service::perform(const Exchange& exchange)
+Answer Service::perform(const Exchange& exchange, const UploadWriter* upload)
 {
     const std::optional<ResourceMatch> match = findResource(exchange.path);
     switch (match ? match->kind : Kind::LogEvent)
@@ -187,6 +217,9 @@ Answer Service::perform(const Exchange& exchange)
         return storeDocument(exchange, *match->resource);
     case Kind::Data:
         return storeData(exchange, *match);
+    case Kind::Upload:
+        return exchange.method == "GET" ? tellTransferState(exchange, match->id)
+                                        : endUpload(exchange, match->id, upload);
     case Kind::LogEvent:
         break;
     }
@@ -318,6 +351,60 @@ Answer Service::storeLogEvent(const Exchange& exchange)
     }
     m_store.add(postOf(exchange), {});
     return envelope(exchange, 200, {Status{}});
+}
+
+std::optional<Answer> Service::refuseUpload(const Exchange& exchange, const std::string& name) const
+{
+    if (!Uploads::isName(name))
+    {
+        return fault(exchange, 400, StatusCode::InvalidOperation,
+                     "a name has 1 to 128 letters, digits, '.', '_' and '-', and begins with no '.'");
+    }
+    if (!positionOf(exchange.query))
+    {
+        return fault(exchange, 400, StatusCode::InvalidOperation, "\"position\" is not a number");
+    }
+    return std::nullopt;
+}
+
+bool Service::isUpload(const Exchange& exchange) const
+{
+    const std::optional<ResourceMatch> match = findResource(exchange.path);
+    return match && match->kind == Kind::Upload && exchange.method == "POST" && !refuseUpload(exchange, match->id);
+}
+
+std::unique_ptr<UploadWriter> Service::openUpload(const Exchange& exchange)
+{
+    return m_uploads.open(findResource(exchange.path)->id, *positionOf(exchange.query));
+}
+
+Answer Service::endUpload(const Exchange& exchange, const std::string& name, const UploadWriter* upload) const
+{
+    switch (upload == nullptr ? UploadWriter::Outcome::Failed : upload->outcome())
+    {
+    case UploadWriter::Outcome::Good:
+        return envelope(exchange, 200, {{StatusCode::Ok, "OK", name}});
+    case UploadWriter::Outcome::BeyondEnd:
+    case UploadWriter::Outcome::TakenOver:
+        return fault(exchange, 409, StatusCode::InvalidOperation, upload->reason());
+    case UploadWriter::Outcome::Failed:
+        break;
+    }
+    return fault(exchange, 500, StatusCode::OtherFault, "storage: " + (upload ? upload->reason() : std::string()));
+}
+
+Answer Service::tellTransferState(const Exchange& exchange, const std::string& name) const
+{
+    const std::optional<Upload> upload = m_uploads.state(name);
+    if (!upload)
+    {
+        return fault(exchange, 404, StatusCode::InvalidOperation, "nothing is held of \"" + name + "\"");
+    }
+    Json root(cJSON_CreateObject());
+    cJSON* object = cJSON_AddObjectToObject(root.get(), "TransDataInfObject");
+    cJSON_AddNumberToObject(object, "FileLength", static_cast<double>(upload->length));
+    cJSON_AddStringToObject(object, "FileHash", upload->md5.c_str());
+    return Answer(200, printJson(root.get()));
 }
 
 } // namespace viewlib

@@ -4,12 +4,14 @@
 #include "digest.h"
 #include "resources.h"
 #include "store.h"
+#include "uploads.h"
 #include "viewlib/answer.h"
 #include "viewlib/config.h"
 #include "viewlib/exchange.h"
 
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,7 +41,7 @@ struct Status
 class Service
 {
   public:
-    Service(const Config& config, Store& store);
+    Service(const Config& config, Store& store, Uploads& uploads);
 
     enum class Checks
     {
@@ -49,7 +51,12 @@ class Service
     /* The answer for a request that may not go on; nothing when it may. */
     std::optional<Answer> refuse(const Exchange& exchange, Checks checks);
     /* The answer for one that may. */
-    Answer perform(const Exchange& exchange);
+    Answer perform(const Exchange& exchange, const UploadWriter* upload);
+
+    /* Whether the body is one to stream; its writer is opened before the body is read. */
+    bool isUpload(const Exchange& exchange) const;
+    std::unique_ptr<UploadWriter> openUpload(const Exchange& exchange);
+
     /* The standard envelope under an HTTP status. */
     Answer envelope(const Exchange& exchange, unsigned http, const std::vector<Status>& statuses) const;
 
@@ -63,6 +70,7 @@ class Service
   private:
     std::optional<Answer> refuseCredentials(const Exchange& exchange);
     std::optional<Answer> refuseStranger(const Exchange& exchange) const;
+    std::optional<Answer> refuseUpload(const Exchange& exchange, const std::string& name) const;
 
     Answer registerDevice(const Exchange& exchange);
     Answer unregisterDevice(const Exchange& exchange);
@@ -71,6 +79,8 @@ class Service
     Answer storeDocument(const Exchange& exchange, const Resource& resource);
     Answer storeData(const Exchange& exchange, const ResourceMatch& match);
     Answer storeLogEvent(const Exchange& exchange);
+    Answer endUpload(const Exchange& exchange, const std::string& name, const UploadWriter* upload) const;
+    Answer tellTransferState(const Exchange& exchange, const std::string& name) const;
 
     /* The "DeviceID" of a session document, or the answer that says what is wrong with it. */
     struct Identity
@@ -85,6 +95,7 @@ class Service
 
     const Config m_config;
     Store& m_store;
+    Uploads& m_uploads;
     digest::Verifier m_verifier;
     std::atomic<std::chrono::milliseconds> m_clockOffset;
 };

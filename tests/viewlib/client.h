@@ -28,6 +28,7 @@ struct Call
     std::string body;
     std::vector<std::string> headers;
     std::string credentials; /* "user:password": digest */
+    std::string rawTarget;   /* instead of the URL's path, letter for letter */
     long timeoutMs = 10000;
 };
 
@@ -82,6 +83,7 @@ inline Result perform(CURL* handle, const Call& call)
         lines = curl_slist_append(lines, line.c_str());
     }
     curl_easy_setopt(handle, CURLOPT_URL, call.url.c_str());
+    curl_easy_setopt(handle, CURLOPT_REQUEST_TARGET, call.rawTarget.empty() ? nullptr : call.rawTarget.c_str());
     curl_easy_setopt(handle, CURLOPT_HTTPHEADER, lines);
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 0L);

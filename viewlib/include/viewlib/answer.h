@@ -53,6 +53,12 @@ struct Answer
     std::chrono::milliseconds delayBeforeBody{0};    /* between the headers and the body */
     std::uint64_t bytesPerSecond = 0;                /* of the body; 0: no throttle */
 
+    /* The body of the request, as it is read. Not with afterAuth, which waits for all of it (except on uploads). */
+    std::uint64_t requestBytesPerSecond = 0;             /* 0: no throttle */
+    std::optional<std::uint64_t> cutAfterRequestBytes;   /* so many are read, then the connection is closed */
+    std::optional<std::uint64_t> stallAfterRequestBytes; /* so many are read, then no more until the client is seen to
+                                                            have gone or the server stops; then it is closed */
+
     Framing framing = Framing::Length;
     Cut cut = Cut::None;
     std::optional<std::size_t> cutAfter; /* bytes of the body before Cut::MidBody; none: half of it */

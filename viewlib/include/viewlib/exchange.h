@@ -24,11 +24,12 @@ struct Exchange
     std::string method;
     std::string target; /* path and query as they stood on the request line */
     std::string path;
-    std::string query;           /* what follows '?', without it */
-    std::vector<Header> headers; /* in the order received */
-    std::string body;
-    bool complete = false;  /* false: the client went away before the end of its body */
-    bool oversized = false; /* the body was larger than the limit and was not kept */
+    std::string query;            /* what follows '?', without it */
+    std::vector<Header> headers;  /* in the order received */
+    std::string body;             /* empty for an upload that was handled: its bytes are streamed into what is held */
+    std::uint64_t bodyLength = 0; /* bytes of the body that were read, kept or not */
+    bool complete = false;        /* false: the connection ended before the body did */
+    bool oversized = false;       /* the body was larger than the limit and was not kept */
 
     unsigned status = 0;               /* 0: nothing was answered (see cut) */
     std::vector<Header> answerHeaders; /* those the server sets itself, without length, date and connection */

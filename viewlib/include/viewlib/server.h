@@ -70,6 +70,7 @@ class Server
     std::vector<StoredPost> posts(const std::string& path = "*") const;
     std::vector<StoredObject> objects(const std::string& kind = "") const; /* "": of every kind */
     std::vector<Picture> pictures(const std::string& objectId = "") const; /* "": of every object */
+    std::vector<Upload> uploads() const;                                   /* by name */
 
     void setClockOffset(std::chrono::milliseconds offset);
 

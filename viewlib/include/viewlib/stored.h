@@ -50,6 +50,16 @@ struct Picture
     std::string bytes;
 };
 
+/* A file that was streamed, as much of it as has arrived. */
+struct Upload
+{
+    std::string name;
+    std::uint64_t length = 0;
+    std::string md5;   /* of that much, 32 digits */
+    std::string file;  /* where it is kept, relative to the data directory; "" when it is kept in memory */
+    std::string bytes; /* when it is kept in memory */
+};
+
 struct StoreCounts
 {
     std::size_t posts = 0;
