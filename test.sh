@@ -40,7 +40,7 @@ run_tests() {
     shift
     log=$directory/ctest.log
     fixed_addresses ctest --test-dir "$directory" --output-on-failure --no-tests=error -j "$jobs" "$@" 2>&1 |
-        tee "$log" || true
+        tee "$log" | sed -u -E '/^ *Start +[0-9]+: |  Passed +[0-9.]+ sec *$/d' || true
     read -r broken total < <(sed -nE 's/^[0-9]+% tests passed, ([0-9]+) tests? failed out of ([0-9]+)$/\1 \2/p' "$log") ||
         { broken=1 total=1; echo "test.sh: no tests ran in $directory" >&2; }
     passed=$((passed + total - broken))
