@@ -5,75 +5,34 @@
 #include <cjson/cJSON.h>
 
 #include "core/core.h"
-#include "core/http.h"
 #include "core/log.h"
 #include "core/platform_table.h"
 #include "core/text.h"
+#include "session/query.h"
 #include "session/session.h"
 #include "session/timers.h"
 
 namespace
 {
 
-constexpr u32 c_urlSize = 64;
 constexpr u32 c_firstTimeSource = 8; /* platform 0 sets the clock as source 8, platform 1 as source 9 */
 constexpr const char* c_pchQuery = "PubSecGetSystemTimeMsg";
 constexpr const char* c_pchHandler = "_PubSecStackGetPlatformTimeTimerHandle";
 
-u32 Perform(CURL* ptHandle, const TPubSecRespBuf* ptSink, curl_slist* ptHeaders, TPubSecSystemTime* ptTime)
+/* A failed transfer is only logged; without a status it ends as any unexpected one. */
+u32 ReadOutcome(const TPubSecQueryOutcome& tOutcome, TPubSecSystemTime* ptTime)
 {
-    const CURLcode eResult = curl_easy_perform(ptHandle);
-    curl_slist_free_all(ptHeaders);
-    u32 dwRet = PUBSEC_OK;
-    if (!PubSecIsCompleted(eResult))
+    if (!PubSecIsAccepted(tOutcome.nStatus))
     {
-        PUBSEC_ERR_AS(c_pchQuery, "curl_easy_perform() failed: %s", curl_easy_strerror(eResult));
-        dwRet = PUBSEC_ERR_TRANSFER;
-    }
-    const s32 nStatus = PubSecHttpStatus(ptHandle);
-    if (!PubSecIsAccepted(nStatus))
-    {
-        PUBSEC_ERR_AS(c_pchQuery, "RetCode:%d", nStatus);
+        PUBSEC_ERR_AS(c_pchQuery, "RetCode:%d", tOutcome.nStatus);
         return PUBSEC_ERR_TIME_QUERY;
     }
-    if (_PubSecSystemTimeParseJson(ptSink->pchBuf, ptTime) == 0)
+    if (_PubSecSystemTimeParseJson(tOutcome.tAnswer.pchBuf, ptTime) == 0)
     {
         PUBSEC_ERR_AS(c_pchQuery, "_PubSecSystemTimeParseJson Fail ");
         return PUBSEC_ERR_FAILED;
     }
-    return dwRet;
-}
-
-u32 Exchange(u32 dwPlatform, const char* pchUrl, TPubSecRespBuf* ptSink, TPubSecSystemTime* ptTime)
-{
-    const CURLcode eResult = PubSecCurlGlobalInit();
-    if (eResult != CURLE_OK)
-    {
-        PUBSEC_ERR_AS(c_pchQuery, "curl_global_init() failed: %s", curl_easy_strerror(eResult));
-        return PUBSEC_ERR_CURL_INIT;
-    }
-    CURL* ptHandle = curl_easy_init();
-    if (ptHandle == nullptr)
-    {
-        return PUBSEC_ERR_CURL_INIT;
-    }
-    u32 dwRet = PUBSEC_ERR_HEADERS;
-    curl_slist* ptHeaders = nullptr;
-    _PubSecHttpFillCurlHeadMsgInfoex(&ptHeaders, ptHandle, dwPlatform);
-    if (ptHeaders == nullptr)
-    {
-        PUBSEC_ERR_HEAD_AS(c_pchQuery);
-    }
-    else
-    {
-        PubSecSetBaseOptions(ptHandle, ptHeaders, pchUrl, PUBSEC_GET, true, c_pchQuery);
-        PubSecSetReader(ptHandle, nullptr, c_pchQuery);
-        PubSecSetWriter(ptHandle, ptSink, c_pchQuery);
-        PubSecSetOption(ptHandle, CURLOPT_NOSIGNAL, 1L, c_pchQuery);
-        dwRet = Perform(ptHandle, ptSink, ptHeaders, ptTime);
-    }
-    curl_easy_cleanup(ptHandle);
-    return dwRet;
+    return tOutcome.bCompleted ? u32{PUBSEC_OK} : u32{PUBSEC_ERR_TRANSFER};
 }
 
 /* The number in count characters of a text, from a position counted from 0; 0 where there is none. */
@@ -175,14 +134,18 @@ u32 PubSecGetSystemTimeMsg(u32 dwPlatform, TPubSecSystemTime* ptTime)
     {
         return PUBSEC_ERR_FAILED;
     }
-    char achUrl[c_urlSize];
+    char achUrl[PUBSEC_QUERY_URL_SIZE];
     TPubSecTarget tTarget;
     PubSecTargetInForce(dwPlatform, &tTarget);
     PubSecFormatUrl(achUrl, sizeof(achUrl), &tTarget, "/VIID/System/Time");
-    TPubSecRespBuf tSink;
-    PubSecSinkOpen(&tSink);
-    const u32 dwRet = Exchange(dwPlatform, achUrl, &tSink, ptTime);
-    PubSecSinkClose(&tSink);
+    const TPubSecQuery tQuery = {c_pchQuery, dwPlatform, achUrl, nullptr, PUBSEC_ERR_CURL_INIT};
+    TPubSecQueryOutcome tOutcome;
+    u32 dwRet = PubSecQueryRun(&tQuery, &tOutcome);
+    if (tOutcome.bMade)
+    {
+        dwRet = ReadOutcome(tOutcome, ptTime);
+    }
+    PubSecSinkClose(&tOutcome.tAnswer);
     return dwRet;
 }
 

@@ -3,9 +3,9 @@
 #include <cjson/cJSON.h>
 
 #include "core/core.h"
-#include "core/http.h"
 #include "core/log.h"
 #include "core/platform_table.h"
+#include "session/query.h"
 #include "session/redirect.h"
 #include "session/session.h"
 #include "session/timers.h"
@@ -13,7 +13,6 @@
 namespace
 {
 
-constexpr u32 c_urlSize = 64;
 constexpr u8 c_failuresTolerated = 2;
 constexpr const char* c_pchName = "_PubSecPostUserKeepAliveMsg";
 constexpr const char* c_pchHandler = "_PubSecStackKeepaliveTimerHandle";
@@ -35,54 +34,17 @@ u32 ReadAnswer(u32 dwPlatform, const char* pchAnswer, s32 nStatus)
     return bGone ? PUBSEC_ERR_REFUSED : PUBSEC_ERR_FAILED;
 }
 
-u32 Perform(u32 dwPlatform, CURL* ptHandle, const TPubSecRespBuf* ptSink, curl_slist* ptHeaders)
+u32 ReadOutcome(u32 dwPlatform, const TPubSecQueryOutcome& tOutcome)
 {
-    const CURLcode eResult = curl_easy_perform(ptHandle);
-    curl_slist_free_all(ptHeaders);
-    if (!PubSecIsCompleted(eResult))
+    if (!tOutcome.bCompleted)
     {
-        PUBSEC_ERR_AS(c_pchName, "curl_easy_perform() failed: %s", curl_easy_strerror(eResult));
         return PUBSEC_ERR_TRANSFER;
     }
-    const s32 nStatus = PubSecHttpStatus(ptHandle);
-    if (!PubSecIsAccepted(nStatus))
+    if (!PubSecIsAccepted(tOutcome.nStatus))
     {
         return PUBSEC_ERR_FAILED;
     }
-    return ReadAnswer(dwPlatform, ptSink->pchBuf, nStatus);
-}
-
-u32 Exchange(u32 dwPlatform, const char* pchUrl, const char* pchBody, TPubSecRespBuf* ptSink)
-{
-    const CURLcode eResult = PubSecCurlGlobalInit();
-    if (eResult != CURLE_OK)
-    {
-        PUBSEC_ERR_AS(c_pchName, "curl_global_init() failed: %s", curl_easy_strerror(eResult));
-        return PUBSEC_ERR_CURL_INIT;
-    }
-    CURL* ptHandle = curl_easy_init();
-    if (ptHandle == nullptr)
-    {
-        return PUBSEC_OK; /* reported as success: a device short of memory does not drop its session for it */
-    }
-    u32 dwRet = PUBSEC_ERR_HEADERS;
-    curl_slist* ptHeaders = nullptr;
-    _PubSecHttpFillCurlHeadMsgInfoex(&ptHeaders, ptHandle, dwPlatform);
-    if (ptHeaders == nullptr)
-    {
-        PUBSEC_ERR_HEAD_AS(c_pchName);
-    }
-    else
-    {
-        TPubSecReqBody tBody = {pchBody, AppStrlen(pchBody)};
-        PubSecSetBaseOptions(ptHandle, ptHeaders, pchUrl, PUBSEC_POST, true, c_pchName);
-        PubSecSetReader(ptHandle, &tBody, c_pchName);
-        PubSecSetOption(ptHandle, CURLOPT_POSTFIELDSIZE, static_cast<long>(tBody.dwLeft), c_pchName);
-        PubSecSetWriter(ptHandle, ptSink, c_pchName);
-        dwRet = Perform(dwPlatform, ptHandle, ptSink, ptHeaders);
-    }
-    curl_easy_cleanup(ptHandle);
-    return dwRet;
+    return ReadAnswer(dwPlatform, tOutcome.tAnswer.pchBuf, tOutcome.nStatus);
 }
 
 /*
@@ -114,7 +76,7 @@ u32 _PubSecPostUserKeepAliveMsg(u32 dwPlatform)
     {
         return PUBSEC_ERR_NOT_REGISTERED;
     }
-    char achUrl[c_urlSize];
+    char achUrl[PUBSEC_QUERY_URL_SIZE];
     TPubSecTarget tTarget;
     PubSecTargetInForce(dwPlatform, &tTarget);
     PubSecFormatUrl(achUrl, sizeof(achUrl), &tTarget, "/VIID/System/Keepalive");
@@ -124,10 +86,15 @@ u32 _PubSecPostUserKeepAliveMsg(u32 dwPlatform)
     {
         return PUBSEC_OK;
     }
-    TPubSecRespBuf tSink;
-    PubSecSinkOpen(&tSink);
-    const u32 dwRet = Exchange(dwPlatform, achUrl, pchBody, &tSink);
-    PubSecSinkClose(&tSink);
+    /* A missing handle counts as success: a device short of memory does not drop its session for it. */
+    const TPubSecQuery tQuery = {c_pchName, dwPlatform, achUrl, pchBody, PUBSEC_OK};
+    TPubSecQueryOutcome tOutcome;
+    u32 dwRet = PubSecQueryRun(&tQuery, &tOutcome);
+    if (tOutcome.bMade)
+    {
+        dwRet = ReadOutcome(dwPlatform, tOutcome);
+    }
+    PubSecSinkClose(&tOutcome.tAnswer);
     cJSON_free(pchBody);
     return dwRet;
 }
