@@ -4,7 +4,6 @@
 #define PUBSEC_TESTS_STACK_TEST_H
 
 #include <cstring>
-#include <string>
 
 #include <gmock/gmock.h>
 
@@ -12,6 +11,7 @@
 #include "core/state.h"
 #include "tests/support/fake_platform_fixture.h"
 #include "tests/support/log_lines.h"
+#include "tests/support/settings.h"
 
 namespace stack
 {
@@ -37,26 +37,6 @@ inline void clear()
     g_hAppTaskDelay = nullptr;
     g_hAppTaskRegister = nullptr;
     g_ePubSecStackLogLevel = 0;
-}
-
-/* Fills a text field, with a terminator where there is room for one. */
-template <size_t Size> void put(char (&field)[Size], const std::string& text)
-{
-    std::memset(field, 0, Size);
-    std::memcpy(field, text.data(), text.size() < Size ? text.size() : Size);
-}
-
-inline TPubSecPlatRegInfo configuration(const std::string& address, u32 port)
-{
-    TPubSecPlatRegInfo info = {};
-    info.dwEnable = 1;
-    put(info.achDeviceID, "34020000001190000001");
-    put(info.achServerIP, address);
-    info.dwServerPort = port;
-    put(info.achUserName, "admin");
-    put(info.achPassword, "viewlib");
-    info.dwKeepaliveSec = 60;
-    return info;
 }
 
 } // namespace stack

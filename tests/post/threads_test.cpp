@@ -1,0 +1,191 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Posts from many threads while the configuration in force changes under them. The two configurations share neither
+ * address nor port, so that a request formed of both finds nobody listening.
+ */
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <memory>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include <pubsecplatform_posix.h>
+#include <pubsecstack/pubsecstack.h>
+#include <viewlib/server.h>
+
+#include "core/platform_table.h"
+#include "tests/support/settings.h"
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr unsigned kThreads = 8;
+constexpr unsigned kPostsOfAThread = 400; /* each leaves a connection behind in the kernel for a while */
+
+std::unique_ptr<viewlib::Server> serverAt(const std::string& address)
+{
+    viewlib::Config config;
+    config.address = address;
+    config.strict.registration = false;
+    config.strict.identity = false;
+    auto server = std::make_unique<viewlib::Server>(config);
+    server->always("/VIID/Faces", viewlib::Answer(200, ""));
+    viewlib::Answer silent; /* the session's answers would go to the standard output */
+    silent.body = "";
+    server->always("/VIID/System/*", silent);
+    server->start();
+    return server;
+}
+
+/* A configuration whose identity says which server it is for. */
+TPubSecPlatRegInfo configurationFor(const viewlib::Server& server, const std::string& address, char name)
+{
+    TPubSecPlatRegInfo info = stack::configuration(address, server.port());
+    stack::put(info.achDeviceID, std::string(20, name));
+    return info;
+}
+
+class ThreadsTest : public testing::Test
+{
+  protected:
+    ThreadsTest() : first(serverAt("127.0.0.1")), second(serverAt("127.0.0.2"))
+    {
+        infos[0] = configurationFor(*first, "127.0.0.1", '1');
+        infos[1] = configurationFor(*second, "127.0.0.2", '2');
+    }
+
+    ~ThreadsTest() override
+    {
+        PubSecStore(g_bPubSecRegStatus[0], 0u);
+    }
+
+    /* Posts from all threads until the time is over; counts what became of the posts. */
+    void postFor(std::chrono::steady_clock::duration duration)
+    {
+        const auto end = std::chrono::steady_clock::now() + duration;
+        const auto pause = duration / kPostsOfAThread;
+        std::vector<std::thread> threads;
+        for (unsigned i = 0; i < kThreads; ++i)
+        {
+            threads.emplace_back([&] {
+                const TPubSecFaceObjInfo face = {};
+                for (unsigned post = 0; post < kPostsOfAThread && std::chrono::steady_clock::now() < end; ++post)
+                {
+                    const u32 result = PubSecPostImageFace(0, &face, 1);
+                    ++(result == PUBSEC_OK ? delivered : result == PUBSEC_ERR_NOT_REGISTERED ? refused : lost);
+                    std::this_thread::sleep_for(pause);
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+        {
+            thread.join();
+        }
+    }
+
+    /* Each request has to name, in its "Host", the server that it arrived at. */
+    void expectOwnRequestsOnly(const viewlib::Server& server, const std::string& address)
+    {
+        const std::string host = address + ":" + std::to_string(server.port());
+        for (const viewlib::Exchange& exchange : server.exchangesOf("/VIID/Faces"))
+        {
+            ASSERT_EQ(exchange.header("Host"), host);
+        }
+    }
+
+    std::unique_ptr<viewlib::Server> first;
+    std::unique_ptr<viewlib::Server> second;
+    TPubSecPlatRegInfo infos[2];
+    std::atomic<unsigned> delivered{0};
+    std::atomic<unsigned> refused{0};
+    std::atomic<unsigned> lost{0};
+};
+
+TEST_F(ThreadsTest, ARequestIsNeverMadeOfTwoConfigurations)
+{
+    PubSecTableWrite(0, &infos[0]);
+    PubSecStore(g_bPubSecRegStatus[0], 1u);
+    std::atomic<bool> stops{false};
+    std::thread writer([&] {
+        for (unsigned i = 0; !stops; ++i)
+        {
+            PubSecTableWrite(0, &infos[i % 2]);
+        }
+    });
+    postFor(2s);
+    stops = true;
+    writer.join();
+
+    EXPECT_EQ(lost, 0u);
+    EXPECT_EQ(refused, 0u);
+    expectOwnRequestsOnly(*first, "127.0.0.1");
+    expectOwnRequestsOnly(*second, "127.0.0.2");
+    const size_t atFirst = first->exchangesOf("/VIID/Faces").size();
+    const size_t atSecond = second->exchangesOf("/VIID/Faces").size();
+    EXPECT_EQ(atFirst + atSecond, delivered);
+    EXPECT_GT(atFirst, 0u);
+    EXPECT_GT(atSecond, 0u);
+}
+
+TEST_F(ThreadsTest, TwoWritersLeaveOneOfTheirRecords)
+{
+    std::atomic<bool> stops{false};
+    std::vector<std::thread> writers;
+    for (const TPubSecPlatRegInfo& info : infos)
+    {
+        writers.emplace_back([&stops, &info] {
+            while (!stops)
+            {
+                PubSecTableWrite(1, &info);
+            }
+        });
+    }
+    unsigned torn = 0;
+    for (unsigned i = 0; i < 20000; ++i)
+    {
+        TPubSecPlatRegInfo read;
+        PubSecTableRead(1, &read);
+        const bool whole = std::memcmp(&read, &infos[0], sizeof(read)) == 0 ||
+                           std::memcmp(&read, &infos[1], sizeof(read)) == 0 || (read.dwServerPort == 0 && i < 1000);
+        torn += whole ? 0 : 1;
+    }
+    stops = true;
+    for (std::thread& writer : writers)
+    {
+        writer.join();
+    }
+    EXPECT_EQ(torn, 0u);
+    const TPubSecPlatRegInfo empty = {};
+    PubSecTableWrite(1, &empty);
+}
+
+TEST_F(ThreadsTest, PostsOutliveTheRegisterLoopsChangesOfServer)
+{
+    ASSERT_EQ(PubSecStackUpdateRegisterInfo(0, &infos[0]), 50u);
+    ASSERT_EQ(PubSecStackInit(), 50u);
+    std::atomic<bool> stops{false};
+    std::thread host([&] {
+        for (unsigned i = 1; !stops; ++i)
+        {
+            std::this_thread::sleep_for(300ms);
+            PubSecStackUpdateRegisterInfo(0, &infos[i % 2]);
+        }
+    });
+    postFor(4s);
+    stops = true;
+    host.join();
+    PubSecStackUnInit();
+    ASSERT_EQ(PosixPlatformStop(), 0u);
+
+    EXPECT_EQ(lost, 0u);
+    EXPECT_GT(delivered, 0u);
+    expectOwnRequestsOnly(*first, "127.0.0.1");
+    expectOwnRequestsOnly(*second, "127.0.0.2");
+    EXPECT_EQ(first->exchangesOf("/VIID/Faces").size() + second->exchangesOf("/VIID/Faces").size(), delivered);
+}
+
+} // namespace
