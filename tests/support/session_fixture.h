@@ -21,28 +21,7 @@
 #include "core/state.h"
 #include "session/session.h"
 #include "tests/support/fake_platform_fixture.h"
-
-constexpr const char* kDevice = "44010000001190000001";
-constexpr const char* kRegister = "/VIID/System/Register";
-constexpr const char* kUnRegister = "/VIID/System/UnRegister";
-constexpr const char* kKeepalive = "/VIID/System/Keepalive";
-constexpr const char* kTime = "/VIID/System/Time";
-
-/* Puts a text into a field, zeros behind it. */
-template <size_t Size> void setText(char (&field)[Size], const std::string& text)
-{
-    const std::string padded = text + std::string(Size, '\0');
-    padded.copy(field, Size);
-}
-
-/* An enabled platform at a server on 127.0.0.1, with the credentials that servers start with. */
-TPubSecPlatRegInfo recordFor(u16 port);
-TPubSecRegParam paramFor(u16 port);
-
-bool sameRecord(const TPubSecPlatRegInfo& left, const TPubSecPlatRegInfo& right);
-
-/* Everything global as it is at load, so that tests of one process don't see each other. */
-void resetStack();
+#include "tests/support/session_records.h"
 
 /* A status callback as it came. */
 struct Told
@@ -54,6 +33,9 @@ struct Told
     u64 at;                /* virtual time */
     size_t requestsBefore; /* that the test's first server had seen */
 };
+
+/* Forgets what was told. */
+void clearTold();
 
 /* "0:1->0" for slot 0, platform 1, status 0. */
 std::string shortForm(const Told& told);
