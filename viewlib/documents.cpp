@@ -36,8 +36,12 @@ constexpr ObjectKind objectKinds[] = {
     {"NonMotorIllegalRecord", "NonMotorIllegalRecord", "IllegalRecordID"},
     {"AccessRecordObject", "AccessRecord", "AccessRecordID"},
     {"GPSDataObject", "GPSData", "GPSID"},
+    {"GPSData", "GPSData", "GPSID"}, /* of a WiFi probe */
     {"WifiDevice", "WifiDevice", "WifiDeviceDataID"},
+    {"WifiUsersObject", "WifiUser", "WifiUserDataID"},
+    {"ImeiObject", "Imei", "ImeiID"},
     {"RFIDDevice", "RFIDDevice", "RFIDDeviceDataID"},
+    {"RFIDInfoObject", "RFIDInfo", "RFIDInfoDataID"},
     {"DispositionNotificationObject", "DispositionNotification", "NotificationID"},
 };
 
@@ -128,11 +132,13 @@ void Walk::addObject(const ObjectKind& kind, cJSON* object, const std::string& d
     Picture own;
     own.imageId = textOf(object, "ImageID");
     own.format = textOf(object, "FileFormat");
-    addPicture(found, std::move(own), data);
+    const std::string inside = detachData(object);
+    addPicture(found, std::move(own), data.empty() ? inside : data);
     addSubImages(object, found);
-    found.object.document = printJson(object);
+    const std::size_t index = m_findings.objects.size();
     m_findings.objects.push_back(std::move(found));
-    visit(object); /* a notification carries objects of its own */
+    visit(object); /* a notification carries objects of its own, and those their pictures */
+    m_findings.objects[index].object.document = printJson(object);
 }
 
 /* data is the "Data" beside the member: that of a picture stands next to its "ImageInfo". */
@@ -174,6 +180,26 @@ Findings findObjects(cJSON* root, bool allowLineBreaks)
     Walk walk(allowLineBreaks);
     walk.visit(root);
     return walk.take();
+}
+
+Findings findLogEvents(cJSON* root)
+{
+    Findings findings;
+    if (!cJSON_IsArray(root))
+    {
+        findings.fault = "the document is not an array";
+        return findings;
+    }
+    const cJSON* event = nullptr;
+    cJSON_ArrayForEach(event, root)
+    {
+        FoundObject found;
+        found.object.kind = "LogEvent";
+        found.object.objectId = textOf(event, "clientId");
+        found.object.document = printJson(event);
+        findings.objects.push_back(std::move(found));
+    }
+    return findings;
 }
 
 FoundObject dataObject(const std::string& kind, const std::string& id, const std::string& body, bool allowLineBreaks)

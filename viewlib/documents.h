@@ -27,6 +27,9 @@ struct Findings
 /* All objects of a document, in the order in which they stand. Takes the pictures out of the tree. */
 Findings findObjects(cJSON* root, bool allowLineBreaks);
 
+/* The events of a log document, by the client that they come from. */
+Findings findLogEvents(cJSON* root);
+
 /* A block of data for an object announced before: bare base64, or a document that holds it. Anything else has no
  * picture. */
 FoundObject dataObject(const std::string& kind, const std::string& id, const std::string& body, bool allowLineBreaks);

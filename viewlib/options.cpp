@@ -189,6 +189,8 @@ const std::vector<Option>& table()
          [](Options& o, const std::string& v) { allow("allow", o.config.strict, v); }},
         {"strict-media-type", nullptr, "refuse documents that are not application/VIID+JSON",
          [](Options& o, const std::string&) { o.config.strict.mediaType = true; }},
+        {"strict-reading", nullptr, "show what is stored to registered devices alone",
+         [](Options& o, const std::string&) { o.config.strict.reading = true; }},
         {"verbose", nullptr, "print a line for each request (-v)",
          [](Options& o, const std::string&) { o.verbose = true; }},
         {"help", nullptr, "print this and exit (-h)", [](Options& o, const std::string&) { o.help = true; }},

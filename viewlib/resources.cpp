@@ -28,9 +28,10 @@ static constexpr Resource resources[] = {
     {Kind::Collection, "/VIID/RFIDDatas",                 "RFIDDevice", {"RFIDDataListObject", nullptr}, false},
     {Kind::Collection, "/VIID/DispositionNotifications",  "DispositionNotification",
         {"DispositionNotificationListObject", "DispositionNotificationObject"}, false},
-    {Kind::Collection, "/VIID/AccessRecords", "AccessRecord", {"AccessRecordListObject", "AccessRecordObject"}, false},
-    {Kind::Upload, "/VIID/Upload", "", {nullptr, nullptr}, false},
-    {Kind::LogEvent,   "/log/event",                      "", {nullptr, nullptr}, false},
+    {Kind::Collection, "/VIID/AccessRecords",             "AccessRecord", {"AccessRecordListObject", "AccessRecordObject"}, false},
+    {Kind::Picture,    "/VIID/Pictures",                  "", {nullptr, nullptr}, false},
+    {Kind::Upload,     "/VIID/Upload",                    "", {nullptr, nullptr}, false},
+    {Kind::LogEvent,   "/log/event",                      "LogEvent", {nullptr, nullptr}, false},
 };
 /* clang-format on */
 
@@ -42,6 +43,12 @@ static std::string_view below(std::string_view resource, std::string_view path)
     return fits ? path.substr(resource.size() + 1) : std::string_view();
 }
 
+/* Whether its own path is nothing, only what lies below it. */
+static bool needsMember(Kind kind)
+{
+    return kind == Kind::Upload || kind == Kind::Picture;
+}
+
 /* rest is "<id>" or "<id>/Data". */
 static std::optional<ResourceMatch> findBelow(const Resource& resource, std::string_view rest)
 {
@@ -51,9 +58,13 @@ static std::optional<ResourceMatch> findBelow(const Resource& resource, std::str
     {
         return std::nullopt;
     }
-    if (slash == std::string_view::npos && resource.kind == Kind::Upload)
+    if (slash == std::string_view::npos && needsMember(resource.kind))
     {
-        return ResourceMatch{Kind::Upload, &resource, std::string(id)};
+        return ResourceMatch{resource.kind, &resource, std::string(id)};
+    }
+    if (slash == std::string_view::npos && resource.kind == Kind::Collection)
+    {
+        return ResourceMatch{Kind::Member, &resource, std::string(id)};
     }
     if (slash != std::string_view::npos && resource.hasData && rest.substr(slash) == "/Data")
     {
@@ -66,7 +77,7 @@ std::optional<ResourceMatch> findResource(const std::string& path)
 {
     for (const Resource& resource : resources)
     {
-        if (path == resource.path && resource.kind != Kind::Upload)
+        if (path == resource.path && !needsMember(resource.kind))
         {
             return ResourceMatch{resource.kind, &resource, {}};
         }
@@ -80,8 +91,23 @@ std::optional<ResourceMatch> findResource(const std::string& path)
 
 bool ResourceMatch::allows(const std::string& method) const
 {
-    const bool get = kind == Kind::Time || kind == Kind::Upload;
-    return (get && method == "GET") || (kind != Kind::Time && method == "POST");
+    switch (kind)
+    {
+    case Kind::Register:
+    case Kind::UnRegister:
+    case Kind::Keepalive:
+        return method == "POST";
+    case Kind::Time:
+    case Kind::Member:
+    case Kind::Picture:
+        return method == "GET";
+    case Kind::Collection:
+    case Kind::Data:
+    case Kind::Upload:
+    case Kind::LogEvent:
+        break;
+    }
+    return method == "GET" || method == "POST";
 }
 
 const char* ResourceMatch::methods() const

@@ -15,6 +15,8 @@ enum class Kind
     Time,
     Collection, /* documents with objects */
     Data,       /* the bytes of an object that was announced before */
+    Member,     /* the document that a collection's object came in */
+    Picture,    /* decoded */
     Upload,     /* a file that is streamed, and how much of it is held */
     LogEvent
 };
@@ -32,8 +34,8 @@ struct Resource
 struct ResourceMatch
 {
     Kind kind;
-    const Resource* resource; /* for Kind::Data that of the collection */
-    std::string id;           /* for Kind::Data and Kind::Upload, as it stands in the path */
+    const Resource* resource; /* for Kind::Data and Kind::Member that of the collection */
+    std::string id;           /* of what lies below the resource, as it stands in the path */
 
     bool allows(const std::string& method) const;
     const char* methods() const; /* those that are served, as "Allow" lists them */

@@ -27,6 +27,10 @@ Answer merge(Answer scripted, Answer usual)
         return scripted;
     }
     scripted.status = usual.status;
+    if (scripted.contentType == Answer().contentType)
+    {
+        scripted.contentType = usual.contentType;
+    }
     scripted.headers.insert(scripted.headers.begin(), usual.headers.begin(), usual.headers.end());
     if (!scripted.body)
     {

@@ -2,6 +2,7 @@
 #include "service.h"
 
 #include "json.h"
+#include "reading.h"
 #include "text.h"
 
 #include <algorithm>
@@ -155,7 +156,9 @@ std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks)
         return fault(exchange, 413, StatusCode::InvalidOperation,
                      "the body is larger than " + std::to_string(m_config.maxBody) + " bytes");
     }
-    if (checks == Checks::FormOnly || match->kind == Kind::LogEvent)
+    const bool reading = exchange.method == "GET" && match->kind != Kind::Time;
+    const bool open = reading ? !m_config.strict.reading : match->kind == Kind::LogEvent;
+    if (checks == Checks::FormOnly || open)
     {
         return std::nullopt;
     }
@@ -203,7 +206,7 @@ std::optional<Answer> Service::refuseStranger(const Exchange& exchange) const
 Answer Service::perform(const Exchange& exchange, const UploadWriter* upload)
 {
     const std::optional<ResourceMatch> match = findResource(exchange.path);
-    switch (match ? match->kind : Kind::LogEvent)
+    switch (match->kind) /* refuse() has seen to it that there is one */
     {
     case Kind::Register:
         return registerDevice(exchange);
@@ -213,17 +216,37 @@ Answer Service::perform(const Exchange& exchange, const UploadWriter* upload)
         return keepAlive(exchange);
     case Kind::Time:
         return tellTime();
-    case Kind::Collection:
-        return storeDocument(exchange, *match->resource);
-    case Kind::Data:
-        return storeData(exchange, *match);
     case Kind::Upload:
         return exchange.method == "GET" ? tellTransferState(exchange, match->id)
                                         : endUpload(exchange, match->id, upload);
+    case Kind::Collection:
+    case Kind::Data:
+    case Kind::Member:
+    case Kind::Picture:
     case Kind::LogEvent:
         break;
     }
-    return storeLogEvent(exchange);
+    return exchange.method == "GET" ? show(exchange, *match) : store(exchange, *match);
+}
+
+Answer Service::show(const Exchange& exchange, const ResourceMatch& match) const
+{
+    std::optional<Answer> found = showStored(m_store, match);
+    return found ? *std::move(found)
+                 : fault(exchange, 404, StatusCode::InvalidOperation, "nothing is stored under " + exchange.path);
+}
+
+Answer Service::store(const Exchange& exchange, const ResourceMatch& match)
+{
+    switch (match.kind)
+    {
+    case Kind::Collection:
+        return storeDocument(exchange, *match.resource);
+    case Kind::Data:
+        return storeData(exchange, match);
+    default:
+        return storeLogEvent(exchange);
+    }
 }
 
 Service::Identity Service::identify(const Exchange& exchange, const char* root) const
@@ -345,11 +368,17 @@ Answer Service::storeData(const Exchange& exchange, const ResourceMatch& match)
 
 Answer Service::storeLogEvent(const Exchange& exchange)
 {
-    if (!parseJson(exchange.body))
+    const Json tree = parseJson(exchange.body);
+    if (!tree)
     {
         return fault(exchange, 400, StatusCode::JsonFormat, "the body is not JSON");
     }
-    m_store.add(postOf(exchange), {});
+    const Findings findings = findLogEvents(tree.get());
+    if (!findings.fault.empty())
+    {
+        return fault(exchange, 400, StatusCode::JsonContent, findings.fault);
+    }
+    m_store.add(postOf(exchange), findings.objects);
     return envelope(exchange, 200, {Status{}});
 }
 

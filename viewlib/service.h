@@ -76,6 +76,8 @@ class Service
     Answer unregisterDevice(const Exchange& exchange);
     Answer keepAlive(const Exchange& exchange);
     Answer tellTime() const;
+    Answer show(const Exchange& exchange, const ResourceMatch& match) const;
+    Answer store(const Exchange& exchange, const ResourceMatch& match);
     Answer storeDocument(const Exchange& exchange, const Resource& resource);
     Answer storeData(const Exchange& exchange, const ResourceMatch& match);
     Answer storeLogEvent(const Exchange& exchange);

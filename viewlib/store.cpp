@@ -32,25 +32,10 @@ const char* const schema = R"(
     CREATE INDEX IF NOT EXISTS pictures_by_object ON pictures (object);
 )";
 
-const char* const pictureFolder = "pictures";
+/* What Store::readPicture reads. */
+#define SELECT_PICTURES "SELECT p.id, p.object, p.image, p.type, p.format, p.file, p.bytes FROM pictures p "
 
-/* By the first bytes, since what a sender calls a format is not to be trusted with the name of a file. */
-const char* extensionOf(const std::string& bytes)
-{
-    static const struct
-    {
-        const char* extension;
-        std::string_view start;
-    } kinds[] = {{".jpg", "\xFF\xD8\xFF"}, {".png", "\x89PNG"}, {".gif", "GIF8"}, {".bmp", "BM"}};
-    for (const auto& kind : kinds)
-    {
-        if (bytes.compare(0, kind.start.size(), kind.start) == 0)
-        {
-            return kind.extension;
-        }
-    }
-    return ".bin";
-}
+const char* const pictureFolder = "pictures";
 
 Registration readRegistration(Statement& row)
 {
@@ -212,7 +197,8 @@ void Store::addPicture(std::int64_t object, const Picture& picture)
 std::string Store::saveFile(std::int64_t id, const std::string& bytes) const
 {
     char name[64];
-    std::snprintf(name, sizeof name, "%s/%08lld%s", pictureFolder, static_cast<long long>(id), extensionOf(bytes));
+    std::snprintf(name, sizeof name, "%s/%08lld%s", pictureFolder, static_cast<long long>(id),
+                  imageTypeOf(bytes).extension);
     const std::string path = m_directory + "/" + name;
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -288,23 +274,96 @@ std::vector<StoredObject> Store::objects(const std::string& kind) const
 std::vector<Picture> Store::pictures(const std::string& objectId) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    Statement row(m_database.get(), "SELECT p.id, p.object, p.image, p.type, p.format, p.file, p.bytes FROM pictures p "
-                                    "JOIN objects o ON o.id = p.object WHERE ?1 = '' OR o.object = ?1 ORDER BY p.id");
+    Statement row(m_database.get(),
+                  SELECT_PICTURES "JOIN objects o ON o.id = p.object WHERE ?1 = '' OR o.object = ?1 ORDER BY p.id");
     row.bind(objectId);
     std::vector<Picture> found;
     while (row.step())
     {
-        Picture picture;
-        picture.id = row.integer();
-        picture.object = row.integer();
-        picture.imageId = row.bytes();
-        picture.type = row.bytes();
-        picture.format = row.bytes();
-        picture.file = row.bytes();
-        picture.bytes = picture.file.empty() ? row.bytes() : loadFile(picture.file);
-        found.push_back(std::move(picture));
+        found.push_back(readPicture(row));
     }
     return found;
+}
+
+Picture Store::readPicture(Statement& row) const
+{
+    Picture picture;
+    picture.id = row.integer();
+    picture.object = row.integer();
+    picture.imageId = row.bytes();
+    picture.type = row.bytes();
+    picture.format = row.bytes();
+    picture.file = row.bytes();
+    picture.bytes = picture.file.empty() ? row.bytes() : loadFile(picture.file);
+    return picture;
+}
+
+std::size_t Store::count(const std::string& kind) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement row(m_database.get(), "SELECT count(*) FROM objects WHERE kind = ?");
+    row.bind(kind).step();
+    return static_cast<std::size_t>(row.integer());
+}
+
+std::vector<ListedObject> Store::newest(const std::string& kind, std::size_t most) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement row(m_database.get(), "SELECT o.id, o.object, t.device, t.received, length(t.body) FROM objects o "
+                                    "JOIN posts t ON t.id = o.post WHERE o.kind = ? ORDER BY o.id DESC LIMIT ?");
+    row.bind(kind).bind(static_cast<std::int64_t>(most));
+    std::vector<ListedObject> found;
+    while (row.step())
+    {
+        ListedObject object;
+        object.id = row.integer();
+        object.objectId = row.bytes();
+        object.device = row.bytes();
+        object.received = fromMilliseconds(row.integer());
+        object.bytes = static_cast<std::size_t>(row.integer());
+        object.pictures = picturesOf(object.id);
+        found.push_back(std::move(object));
+    }
+    return found;
+}
+
+std::vector<std::int64_t> Store::picturesOf(std::int64_t object) const
+{
+    Statement row(m_database.get(), "SELECT id FROM pictures WHERE object = ? ORDER BY id");
+    row.bind(object);
+    std::vector<std::int64_t> found;
+    while (row.step())
+    {
+        found.push_back(row.integer());
+    }
+    return found;
+}
+
+std::optional<std::string> Store::documentWith(const std::string& kind, const std::string& objectId) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement row(m_database.get(), "SELECT t.body FROM objects o JOIN posts t ON t.id = o.post "
+                                    "WHERE o.object = ? AND o.kind = ? ORDER BY o.id DESC LIMIT 1");
+    row.bind(objectId).bind(kind);
+    return row.step() ? std::optional<std::string>(row.bytes()) : std::nullopt;
+}
+
+std::optional<Picture> Store::picture(std::int64_t id) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement row(m_database.get(), SELECT_PICTURES "WHERE p.id = ?");
+    row.bind(id);
+    return row.step() ? std::optional<Picture>(readPicture(row)) : std::nullopt;
+}
+
+std::optional<Picture> Store::dataOf(const std::string& kind, const std::string& objectId) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement row(m_database.get(),
+                  SELECT_PICTURES "JOIN objects o ON o.id = p.object WHERE o.object = ?1 AND p.type = '' "
+                                  "AND (o.kind = ?2 OR o.kind = ?2 || 'Data') ORDER BY p.id DESC LIMIT 1");
+    row.bind(objectId).bind(kind);
+    return row.step() ? std::optional<Picture>(readPicture(row)) : std::nullopt;
 }
 
 } // namespace viewlib

@@ -17,6 +17,19 @@ struct sqlite3;
 namespace viewlib
 {
 
+class Statement;
+
+/* An object as a list of them shows it. */
+struct ListedObject
+{
+    std::int64_t id = 0;
+    std::string objectId;
+    std::string device;
+    std::chrono::system_clock::time_point received;
+    std::size_t bytes = 0; /* of the document or data that it came in */
+    std::vector<std::int64_t> pictures;
+};
+
 /* What the server remembers: registrations, documents, objects and pictures. Members throw std::runtime_error. */
 class Store
 {
@@ -43,12 +56,22 @@ class Store
     std::vector<StoredObject> objects(const std::string& kind) const;
     std::vector<Picture> pictures(const std::string& objectId) const;
 
+    std::size_t count(const std::string& kind) const;
+    std::vector<ListedObject> newest(const std::string& kind, std::size_t most) const;
+    /* The whole document that the object came in last. */
+    std::optional<std::string> documentWith(const std::string& kind, const std::string& objectId) const;
+    std::optional<Picture> picture(std::int64_t id) const;
+    /* The data of an object, from its own document or posted after it, whichever came last. */
+    std::optional<Picture> dataOf(const std::string& kind, const std::string& objectId) const;
+
   private:
     void openDirectory();
     void addObject(std::int64_t post, const FoundObject& found);
     void addPicture(std::int64_t object, const Picture& picture);
     std::string saveFile(std::int64_t id, const std::string& bytes) const;
     std::string loadFile(const std::string& file) const;
+    Picture readPicture(Statement& row) const;
+    std::vector<std::int64_t> picturesOf(std::int64_t object) const;
 
     struct Close
     {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iterator>
 
 namespace viewlib
 {
@@ -39,6 +40,17 @@ bool pathFits(std::string_view pattern, std::string_view path)
     }
     pattern.remove_suffix(1);
     return path.substr(0, pattern.size()) == pattern;
+}
+
+const ImageType& imageTypeOf(std::string_view bytes)
+{
+    static constexpr ImageType types[] = {{".jpg", "image/jpeg", "\xFF\xD8\xFF"},
+                                          {".png", "image/png", "\x89PNG"},
+                                          {".gif", "image/gif", "GIF8"},
+                                          {".bmp", "image/bmp", "BM"},
+                                          {".bin", "application/octet-stream", ""}};
+    return *std::find_if(std::begin(types), std::end(types),
+                         [&](const ImageType& type) { return bytes.substr(0, type.start.size()) == type.start; });
 }
 
 static std::tm calendar(std::chrono::system_clock::time_point time)

@@ -120,6 +120,7 @@ TEST_F(StoreTest, EveryCollectionTakesItsOwnDocument)
         {"/VIID/RFIDDatas", R"({"RFIDDataListObject":{"RFIDData":[]}})"},
         {"/VIID/DispositionNotifications",
          R"({"DispositionNotificationListObject":{"DispositionNotificationObject":[]}})"},
+        {"/VIID/AccessRecords", R"({"AccessRecordListObject":{"AccessRecordObject":[]}})"},
     };
     std::size_t posts = 0;
     for (const auto& [path, document] : documents)
@@ -129,6 +130,173 @@ TEST_F(StoreTest, EveryCollectionTakesItsOwnDocument)
         EXPECT_EQ(post(path, R"({"Other":{}})").status, 400) << path;
         EXPECT_EQ(server().stored().posts, posts) << path;
     }
+}
+
+/* "kind id" of all objects, in the order in which they were stored. */
+std::vector<std::string> namesOf(const std::vector<viewlib::StoredObject>& objects)
+{
+    std::vector<std::string> names;
+    for (const viewlib::StoredObject& object : objects)
+    {
+        names.push_back(object.kind + " " + object.objectId);
+    }
+    return names;
+}
+
+TEST_F(StoreTest, AnImageHasObjectsOfEveryKind)
+{
+    start();
+    EXPECT_EQ(post("/VIID/Images",
+                   R"({"ImageListObject":{"Image":[{"ImageInfo":{"ImageID":"i"},)"
+                   R"("PersonList":{"PersonObject":[{"PersonID":"p1"},{"PersonID":"p2"}]},)"
+                   R"("FaceList":{"FaceObject":[{"FaceID":"f"}]},)"
+                   R"("MotorVehicleList":{"MotorVehicleObject":[{"MotorVehicleID":"m"}]},)"
+                   R"("NonMotorVehicleList":{"NonMotorVehicleObject":[{"NonMotorVehicleID":"n"}]},)"
+                   R"("ThingList":{"ThingObject":[{"ThingID":"t"}]},)"
+                   R"("SceneList":{"SceneObject":[{"SceneID":"s"}]},)"
+                   R"("AccessRecordList":{"AccessRecordObject":[{"AccessRecordID":"a"}]},"Data":"Zm9v"}]}})")
+                  .status,
+              200);
+    EXPECT_THAT(namesOf(server().objects()),
+                ElementsAre("Image i", "Person p1", "Person p2", "Face f", "MotorVehicle m", "NonMotorVehicle n",
+                            "Thing t", "Scene s", "AccessRecord a"));
+    EXPECT_EQ(server().pictures("i").at(0).bytes, "foo");
+}
+
+TEST_F(StoreTest, SeveralImagesKeepTheirOwnData)
+{
+    start();
+    EXPECT_EQ(post("/VIID/Images",
+                   R"({"ImageListObject":{"Image":[{"ImageInfo":{"ImageID":"i1"},"Data":"Zm9v","FaceList":)"
+                   R"({"FaceObject":[{"FaceID":"f1"}]}},{"ImageInfo":{"ImageID":"i2"},"Data":"Zm8="}]}})")
+                  .status,
+              200);
+    EXPECT_THAT(namesOf(server().objects()), ElementsAre("Image i1", "Face f1", "Image i2"));
+    EXPECT_EQ(server().pictures("i1").at(0).bytes, "foo");
+    EXPECT_EQ(server().pictures("i2").at(0).bytes, "fo");
+}
+
+TEST_F(StoreTest, ASlicesObjectsAndViolationsAreSplitOut)
+{
+    start();
+    const Result result = post(
+        "/VIID/VideoSlices",
+        R"({"VideoSliceListObject":{"VideoSlice":[{"VideoSliceInfo":{"VideoID":"v1"}},)"
+        R"({"VideoSliceInfo":{"VideoID":"v2","SubImageList":{"SubImageInfoObject":[{"Type":"14","Data":"Zg=="}]}},)"
+        R"("PersonList":{"PersonObject":[{"PersonID":"p"}]},)"
+        R"("IllegalRecordList":{"IllegalRecordObject":[{"IllegalRecordID":"r1"}]},)"
+        R"("NonMotorIllegalRecordList":{"NonMotorIllegalRecord":[{"IllegalRecordID":"r2"}]},"Data":"Zm9v"}]}})");
+    EXPECT_EQ(result.status, 200);
+    EXPECT_EQ(at(result.body, "ResponseStatusListObject/ResponseStatusObject/1/Id"), R"("v2")");
+    EXPECT_THAT(namesOf(server().objects()), ElementsAre("VideoSlice v1", "VideoSlice v2", "Person p",
+                                                         "IllegalRecord r1", "NonMotorIllegalRecord r2"));
+    ASSERT_EQ(server().pictures("v2").size(), 2U);
+    EXPECT_EQ(server().pictures("v2")[0].bytes, "foo");
+    EXPECT_EQ(server().pictures("v2")[1].bytes, "f");
+}
+
+TEST_F(StoreTest, AFileIsKeptWithItsObjects)
+{
+    start();
+    EXPECT_EQ(post("/VIID/Files", R"({"FileListObject":{"File":[{"FileInfo":{"FileID":"x","FileFormat":"pdf"},)"
+                                  R"("SceneList":{"SceneObject":[{"SceneID":"s"}]},"Data":"Zm9v"}]}})")
+                  .status,
+              200);
+    EXPECT_THAT(namesOf(server().objects()), ElementsAre("File x", "Scene s"));
+    EXPECT_EQ(server().pictures("x").at(0).bytes, "foo");
+    EXPECT_EQ(server().pictures("x").at(0).format, "pdf");
+}
+
+TEST_F(StoreTest, RecordsAndReportsAreSplitOut)
+{
+    start();
+    const struct
+    {
+        const char* path;
+        const char* document;
+        std::vector<std::string> names;
+    } cases[] = {
+        {"/VIID/Persons", R"({"PersonListObject":{"PersonObject":[{"PersonID":"1"}]}})", {"Person 1"}},
+        {"/VIID/MotorVehicles",
+         R"({"MotorVehicleListObject":{"MotorVehicleObject":[{"MotorVehicleID":"1"}]}})",
+         {"MotorVehicle 1"}},
+        {"/VIID/NonMotorVehicles",
+         R"({"NonMotorVehicleListObject":{"NonMotorVehicleObject":[{"NonMotorVehicleID":"1"}]}})",
+         {"NonMotorVehicle 1"}},
+        {"/VIID/Things", R"({"ThingListObject":{"ThingObject":[{"ThingID":"1"}]}})", {"Thing 1"}},
+        {"/VIID/Scenes", R"({"SceneListObject":{"SceneObject":[{"SceneID":"1"}]}})", {"Scene 1"}},
+        {"/VIID/IllegalRecords",
+         R"({"IllegalRecordListObject":{"IllegalRecordObject":[{"IllegalRecordID":"1"},{"IllegalRecordID":"2"}]}})",
+         {"IllegalRecord 1", "IllegalRecord 2"}},
+        {"/VIID/NonMotorIllegalRecords",
+         R"({"NonMotorIllegalRecordListObject":{"NonMotorIllegalRecordObject":[{"IllegalRecordID":"1"}]}})",
+         {"NonMotorIllegalRecord 1"}},
+        {"/VIID/GPSDatas", R"({"GPSDataListObject":{"GPSDataObject":[{"GPSID":"1"}]}})", {"GPSData 1"}},
+        {"/VIID/WifiDetector/WifiDatas",
+         R"({"WifiDataListObject":{"WifiData":[{"WifiDevice":{"WifiDeviceDataID":"1","GPSData":{"GPSID":"2"}},)"
+         R"("WifiUsersList":{"WifiUsersObject":[{"WifiUserDataID":"3"}]},)"
+         R"("ImeiList":{"ImeiObject":[{"Longitude":1,"Longitude":1,"ImeiID":"4"}]}}]}})",
+         {"WifiDevice 1", "GPSData 2", "WifiUser 3", "Imei 4"}},
+        {"/VIID/RFIDDatas",
+         R"({"RFIDDataListObject":{"RFIDData":[{"RFIDDevice":{"RFIDDeviceDataID":"1"},)"
+         R"("RFIDInfoList":{"RFIDInfoObject":[{"RFIDInfoDataID":"2"}]}}]}})",
+         {"RFIDDevice 1", "RFIDInfo 2"}},
+        {"/VIID/AccessRecords",
+         R"({"AccessRecordListObject":{"AccessRecordObject":[{"AccessRecordID":"1"},{"AccessRecordID":"2"}]}})",
+         {"AccessRecord 1", "AccessRecord 2"}},
+        {"/VIID/AccessRecords", R"({"AccessRecordObject":{"AccessRecordID":"1"}})", {"AccessRecord 1"}},
+        {"/log/event", R"([{"clientId":"1","value":{"TargetID":"x"}}])", {"LogEvent 1"}},
+    };
+    std::size_t before = 0;
+    for (const auto& each : cases)
+    {
+        const Result result = post(each.path, each.document);
+        EXPECT_EQ(result.status, 200) << each.path;
+        EXPECT_EQ(server().posts(each.path).back().body, each.document);
+        auto names = namesOf(server().objects());
+        names.erase(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(before));
+        EXPECT_EQ(names, each.names) << each.path;
+        before += names.size();
+    }
+}
+
+TEST_F(StoreTest, ANotificationIsKeptWithWhatItNotifiesOf)
+{
+    start();
+    const std::string notification =
+        R"({"NotificationID":"n","PersonObject":{"PersonID":"p","SubImageList":{"SubImageInfoObject":)"
+        R"([{"Type":"10","Data":"Zm9v"}]}},"DispositionListObject":[{"FaceListObject":{"FaceObject":[{"FaceID":"f"}]}}]})";
+    for (const std::string& document :
+         {R"({"DispositionNotificationObject":)" + notification + "}",
+          R"({"DispositionNotificationListObject":{"DispositionNotificationObject":[)" + notification + "]}}"})
+    {
+        const Result result = post("/VIID/DispositionNotifications", document);
+        EXPECT_EQ(result.status, 200) << document;
+        EXPECT_EQ(at(result.body, firstStatus + "Id"), R"("n")");
+        EXPECT_EQ(at(result.body, "ResponseStatusListObject/ResponseStatusObject/1"), "(missing)");
+    }
+    EXPECT_THAT(namesOf(server().objects()), ElementsAre("DispositionNotification n", "Person p", "Face f",
+                                                         "DispositionNotification n", "Person p", "Face f"));
+    EXPECT_EQ(server().pictures("p").at(0).bytes, "foo");
+    EXPECT_EQ(server().objects().at(0).document.find("Zm9v"), std::string::npos); /* pictures are kept once */
+}
+
+TEST_F(StoreTest, DataInsideAnObjectIsItsPicture)
+{
+    start();
+    EXPECT_EQ(post("/VIID/Images", R"({"ImageInfoObject":{"ImageID":"i","Data":"Zm9v"}})").status, 200);
+    EXPECT_EQ(server().pictures("i").at(0).bytes, "foo");
+    EXPECT_EQ(server().objects().at(0).document, R"({"ImageID":"i"})");
+}
+
+TEST_F(StoreTest, LogEventsAreAnArray)
+{
+    start();
+    const Result result = post("/log/event", R"({"clientId":"1"})");
+    EXPECT_EQ(result.status, 400);
+    EXPECT_EQ(at(result.body, firstStatus + "StatusCode"), "8");
+    EXPECT_EQ(post("/log/event", "[").status, 400);
+    EXPECT_EQ(server().stored().posts, 0U);
 }
 
 TEST_F(StoreTest, DataIsDecodedWhereItIsBase64)
@@ -216,7 +384,7 @@ TEST_F(StoreTest, UnknownPathsAndMethodsAreRefused)
     EXPECT_EQ(post("/VIID/faces", "{}").status, 404);
     const Result result = client::perform(call("/VIID/Faces", "", "DELETE"));
     EXPECT_EQ(result.status, 405);
-    EXPECT_THAT(result.headers, testing::Contains("Allow: POST"));
+    EXPECT_THAT(result.headers, testing::Contains("Allow: GET, POST"));
 }
 
 TEST_F(StoreTest, ABodyUpToTheLimitIsTakenAndOneAboveGets413)
@@ -279,6 +447,36 @@ TEST_F(DirectoryTest, PicturesAreFilesWithTheBytesThatWereSent)
     EXPECT_EQ(pictures[0].bytes, firstPicture);
     std::ifstream file(config.storage + "/" + pictures[0].file, std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), firstPicture);
+}
+
+TEST_F(DirectoryTest, IdentifiersNeverNameFiles)
+{
+    start();
+    EXPECT_EQ(post("/VIID/Faces",
+                   R"({"FaceListObject":{"FaceObject":[{"FaceID":"../../f","SubImageList":)"
+                   R"({"SubImageInfoObject":[{"ImageID":"/etc/x","FileFormat":"/../x","Data":"Zm9v"}]}}]}})")
+                  .status,
+              200);
+    for (const std::string target : {"/VIID/Images/../Data", "/VIID/Images/..%2F..%2Fx/Data", "/VIID/Images/%00/Data"})
+    {
+        client::Call made = call("", "Zm9v");
+        made.rawTarget = target;
+        EXPECT_EQ(client::perform(made).status, 200) << target; /* an odd identifier, no more */
+    }
+    client::Call made = call("", "Zm9v");
+    made.rawTarget = "/VIID/Images/../../x/Data";
+    EXPECT_EQ(client::perform(made).status, 404);
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(config.storage + "/.."))
+    {
+        if (entry.is_regular_file())
+        {
+            names.push_back(entry.path().lexically_relative(config.storage + "/..").string());
+        }
+    }
+    EXPECT_THAT(names, testing::Each(testing::AnyOf(testing::StartsWith("data/viewlib.db"),
+                                                    testing::ContainsRegex("^data/pictures/0000000[1-4]\\.bin$"))));
+    EXPECT_EQ(server().pictures().size(), 4U);
 }
 
 TEST_F(DirectoryTest, WhatWasStoredAndRegisteredOutlivesTheServer)

@@ -157,12 +157,14 @@ TEST_F(ViewlibdTest, ServesUntilItIsTerminated)
     serve({"-v"});
     EXPECT_EQ(registerWith("admin:viewlib"), 200);
     EXPECT_EQ(post("/VIID/Faces?a=b", R"({"FaceListObject":{}})"), 200);
+    EXPECT_EQ(post("/VIID/Upload/file", "0123456789"), 200);
     EXPECT_EQ(stop(SIGTERM), 0);
     EXPECT_THAT(output(), HasSubstr("viewlibd: listening on http://" + address() +
                                     ", user \"admin\", password \"viewlib\", data in memory\n"));
     EXPECT_THAT(output(), HasSubstr(device + " POST /VIID/System/Register 0 bytes -> 401\n"));
     EXPECT_THAT(output(), HasSubstr(device + " POST /VIID/System/Register 54 bytes -> 200\n"));
     EXPECT_THAT(output(), HasSubstr(device + " POST /VIID/Faces?a=b 21 bytes -> 200\n"));
+    EXPECT_THAT(output(), HasSubstr(" POST /VIID/Upload/file 10 bytes -> 200\n"));
     EXPECT_EQ(errors(), "");
 }
 
@@ -191,6 +193,20 @@ TEST_F(ViewlibdTest, ServesHttpsAndStrangersWhenTold)
     EXPECT_EQ(registerWith("", "https://"), 200);
     EXPECT_EQ(stop(SIGTERM), 0);
     EXPECT_THAT(output(), HasSubstr("https://" + address() + ", registration needs no credentials, data in memory\n"));
+}
+
+TEST_F(ViewlibdTest, ShowsWhatIsStoredUnlessTold)
+{
+    client::Call call;
+    call.method = "GET";
+    serve({});
+    call.url = "http://" + address() + "/VIID/Faces";
+    EXPECT_EQ(client::perform(call).status, 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
+    serve({"--strict-reading"});
+    call.url = "http://" + address() + "/VIID/Faces";
+    EXPECT_EQ(client::perform(call).status, 401);
+    EXPECT_EQ(stop(SIGTERM), 0);
 }
 
 TEST_F(ViewlibdTest, TellsWhatItCannotDo)

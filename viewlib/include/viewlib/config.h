@@ -23,6 +23,7 @@ struct Strict
     bool nonceCount = true;   /* a nonce count that was used before is refused */
     bool lineBreaks = true;   /* base64 with line breaks is refused */
     bool mediaType = false;   /* a document must say application/VIID+JSON or application/json */
+    bool reading = false;     /* what is stored is shown to registered devices alone, if registrations count at all */
 };
 
 enum class Algorithm
