@@ -19,8 +19,10 @@ typedef struct
 {
     u32 dwEnable;          /* 0 = never registered, anything else = register */
     char achDeviceID[24];  /* this device's identifier; the first 20 characters are sent */
-    char achServerIP[64];  /* server address: IPv4 text, IPv6 text or host name. IPv6 is put in brackets by the
-                              registrations alone; for a session on IPv6 give it in brackets */
+    char achServerIP[64];  /* server address: IPv4 text, IPv6 text or host name. The registrations
+                              alone put IPv6 in brackets, so for a session give it in brackets and without "::", as
+                              in [fd00:0:0:0:0:0:0:5]. "http://address:port" has 41 characters: a longer one cuts
+                              the keepalive's URL, and the session is lost after the third */
     u32 dwServerPort;      /* server TCP port */
     char achUserName[128]; /* user name for HTTP digest authentication */
     char achPassword[128]; /* password for HTTP digest authentication */
