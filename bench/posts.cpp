@@ -1,0 +1,270 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Posts beside a bare libcurl program that sends the same requests to the same server. The two take turns, a few
+ * requests each, and change who begins; a ratio is the median of the turns' ratios.
+ */
+#include <atomic>
+#include <cstring>
+#include <functional>
+#include <thread>
+
+#include <cjson/cJSON.h>
+
+#include "bare_curl.h"
+#include "clocks.h"
+#include "objects/documents.h"
+#include "records.h"
+#include "report.h"
+#include "session.h"
+
+namespace
+{
+
+using namespace bench;
+
+using Request = std::function<bool()>;
+
+struct Cost
+{
+    double wall = 0;
+    double processor = 0;
+};
+
+Cost operator/(const Cost& left, const Cost& right)
+{
+    return {left.wall / right.wall, left.processor / right.processor};
+}
+
+Cost costOf(const Request& request, int times)
+{
+    const long long wall = wallNanoseconds();
+    const long long processor = threadNanoseconds();
+    for (int index = 0; index < times; ++index)
+    {
+        if (!request())
+        {
+            fail("a post failed");
+        }
+    }
+    return {static_cast<double>(wallNanoseconds() - wall) / times,
+            static_cast<double>(threadNanoseconds() - processor) / times};
+}
+
+/* What each turn gives, and of both sides what it costs. */
+struct Comparison
+{
+    Cost ratio;
+    Cost library;
+    Cost bare;
+};
+
+struct Samples
+{
+    std::vector<double> wall;
+    std::vector<double> processor;
+
+    void add(const Cost& cost)
+    {
+        wall.push_back(cost.wall);
+        processor.push_back(cost.processor);
+    }
+
+    Cost middle() const
+    {
+        return {median(wall), median(processor)};
+    }
+};
+
+Comparison compared(const Request& library, const Request& bare, int turns, int perTurn)
+{
+    Samples ratios;
+    Samples libraryCosts;
+    Samples bareCosts;
+    for (int turn = -1; turn < turns; ++turn)
+    {
+        const bool libraryFirst = turn % 2 == 0;
+        const Cost first = costOf(libraryFirst ? library : bare, perTurn);
+        const Cost second = costOf(libraryFirst ? bare : library, perTurn);
+        if (turn >= 0) /* the first one only warms up */
+        {
+            const Cost& ofLibrary = libraryFirst ? first : second;
+            const Cost& ofBare = libraryFirst ? second : first;
+            ratios.add(ofLibrary / ofBare);
+            libraryCosts.add(ofLibrary);
+            bareCosts.add(ofBare);
+        }
+    }
+    return {ratios.middle(), libraryCosts.middle(), bareCosts.middle()};
+}
+
+std::string microseconds(double library, double bare)
+{
+    char text[64];
+    std::snprintf(text, sizeof(text), "%.0f and %.0f us", library / 1000, bare / 1000);
+    return text;
+}
+
+void reportPost(Report& report, const std::string& what, const Comparison& result)
+{
+    report.add(what + ", processor", "bare libcurl", result.ratio.processor, "", atMost(1.03, 1.5),
+               microseconds(result.library.processor, result.bare.processor));
+    report.add(what + ", elapsed", "bare libcurl", result.ratio.wall, "", atMost(1.03, 1.5),
+               microseconds(result.library.wall, result.bare.wall));
+}
+
+/* A document that is released with this. */
+class Text
+{
+  public:
+    explicit Text(char* text) : m_text(text), m_size(std::strlen(text))
+    {
+    }
+
+    ~Text()
+    {
+        cJSON_free(m_text);
+    }
+
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+
+    const char* data() const
+    {
+        return m_text;
+    }
+
+    size_t size() const
+    {
+        return m_size;
+    }
+
+  private:
+    char* m_text;
+    size_t m_size;
+};
+
+/* ------------------------------------------------------------------------------------------------- one at a time */
+
+struct FacePost
+{
+    explicit FacePost(const SinkServer& server)
+        : record(face(20)), body(_PubSecImageFaceJSON(&record, 1)), url(server.url("/VIID/Faces"))
+    {
+    }
+
+    bool library() const
+    {
+        return PubSecPostImageFace(0, &record, 1) == PUBSEC_OK;
+    }
+
+    bool bare() const
+    {
+        return barePost(url, body.data(), body.size()) == 200;
+    }
+
+    TPubSecFaceObjInfo record;
+    Text body;
+    std::string url;
+};
+
+void measureFace(Report& report, const FacePost& post, bool isShort)
+{
+    const Comparison result =
+        compared([&post] { return post.library(); }, [&post] { return post.bare(); }, isShort ? 30 : 150, 20);
+    reportPost(report, "face post, " + std::to_string(post.body.size()) + " bytes", result);
+}
+
+/* How much of an image post is its document: the same body, made by the library and sent by libcurl alone. */
+void measureImage(Report& report, const SinkServer& server, bool isShort)
+{
+    const Picture picture(1'200'000, 8, 150'000);
+    const Text body(_PubSecImageGatherJSON(&picture.record()));
+    const std::string url = server.url("/VIID/Images");
+    const Request library = [&picture] {
+        char status[260];
+        return PubSecPostImage(0, &picture.record(), status) == PUBSEC_OK;
+    };
+    const Request bare = [&] { return barePost(url, body.data(), body.size()) == 200; };
+    reportPost(report, "image post, 2.4 MB of pictures", compared(library, bare, isShort ? 30 : 150, 4));
+
+    const Request copying = [&] {
+        char* const copy = static_cast<char*>(malloc(body.size() + 1));
+        std::memcpy(copy, body.data(), body.size() + 1);
+        const bool sent = barePost(url, copy, body.size()) == 200;
+        free(copy);
+        return sent;
+    };
+    const Comparison copied = compared(copying, bare, isShort ? 20 : 100, 4);
+    report.add("  libcurl sending a fresh copy of it, processor", "bare libcurl", copied.ratio.processor, "", noLimit(),
+               microseconds(copied.library.processor, copied.bare.processor));
+    report.add("  libcurl sending a fresh copy of it, elapsed", "bare libcurl", copied.ratio.wall, "", noLimit(),
+               microseconds(copied.library.wall, copied.bare.wall));
+}
+
+/* -------------------------------------------------------------------------------------------------- many at once */
+
+/* Requests a second of eight threads. */
+double rateOf(const Request& request, int perThread)
+{
+    constexpr int kThreads = 8;
+    std::atomic<bool> isGood{true};
+    std::vector<std::thread> threads;
+    const long long begin = wallNanoseconds();
+    for (int index = 0; index < kThreads; ++index)
+    {
+        threads.emplace_back([&request, &isGood, perThread] {
+            for (int count = 0; count < perThread; ++count)
+            {
+                isGood = request() && isGood;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+    {
+        thread.join();
+    }
+    if (!isGood)
+    {
+        fail("a post of eight threads failed");
+    }
+    return kThreads * perThread * 1e9 / static_cast<double>(wallNanoseconds() - begin);
+}
+
+void measureThreads(Report& report, const FacePost& post, bool isShort)
+{
+    const Request library = [&post] { return post.library(); };
+    const Request bare = [&post] { return post.bare(); };
+    const int perThread = 40;
+    std::vector<double> ratios;
+    std::vector<double> rates;
+    for (int turn = 0; turn < (isShort ? 8 : 31); ++turn)
+    {
+        const bool libraryFirst = turn % 2 == 0;
+        const double first = rateOf(libraryFirst ? library : bare, perThread);
+        const double second = rateOf(libraryFirst ? bare : library, perThread);
+        ratios.push_back(libraryFirst ? first / second : second / first);
+        rates.push_back(libraryFirst ? first : second);
+    }
+    char remark[32];
+    std::snprintf(remark, sizeof(remark), "%.0f posts/s", median(rates));
+    report.add("face posts of 8 threads, rate", "bare libcurl", median(ratios), "", atLeast(0.97, 0.7), remark);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const Options options = parseOptions(argc, argv);
+    const SinkServer server;
+    initBareCurl();
+    startRegistered(server);
+    Report report(options);
+    {
+        const FacePost post(server);
+        measureFace(report, post, options.isShort);
+        measureImage(report, server, options.isShort);
+        measureThreads(report, post, options.isShort);
+    }
+    stopStack();
+    return report.status();
+}
