@@ -382,6 +382,10 @@ TEST_F(Keepalive, UrlIsCutAt63Characters)
     _PubSecPostUserKeepAliveMsg(0);
     EXPECT_THAT(newLines(), ElementsAre(Dbg(kFunction, "achURLMessage: http://" + std::string(29, 'h') +
                                                            ":8080/VIID/System/Keepalive")));
+    setText(g_atPubSecStackGlobalCommon[0].achServerIP, std::string(30, 'h'));
+    _PubSecPostUserKeepAliveMsg(0);
+    EXPECT_THAT(newLines(), ElementsAre(Dbg(kFunction, "achURLMessage: http://" + std::string(30, 'h') +
+                                                           ":8080/VIID/System/Keepaliv")));
 }
 
 TEST_F(Keepalive, AddressIsNotBracketed)
