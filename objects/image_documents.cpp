@@ -84,7 +84,7 @@ char* _PubSecImageGatherJSONEX(const TPubSecIntelliPicObj* ptPictures)
     }
     cJSON* ptRoot = cJSON_CreateObject();
     cJSON* ptArray = AddImageArray(ptRoot);
-    for (s32 nPicture = 0; nPicture < ptPictures->nImageNum; nPicture++)
+    for (s32 nPicture = 0; ptPictures->ptImageInfo != nullptr && nPicture < ptPictures->nImageNum; nPicture++)
     {
         const TPubSecIntelliPicObj* ptPicture = &ptPictures[nPicture];
         cJSON* ptElement = ptPicture->ptImageInfo == nullptr ? nullptr : AppendImage(ptArray, ptPicture->ptImageInfo);

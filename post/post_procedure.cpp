@@ -26,13 +26,15 @@ bool Has(const TPubSecPostRun* ptRun, EPubSecPostFlag eFlag)
     return (ptRun->ptKind->dwFlags & eFlag) != 0;
 }
 
-void Trace(const TPubSecPostRun* ptRun, s32 nPoint)
+/* A trace point's line, with the place of the point in the source twice. */
+void TraceAt(const TPubSecPostRun* ptRun, s32 nPoint, s32 nLine)
 {
     if (Has(ptRun, PUBSEC_POST_TRACES))
     {
-        PUBSEC_ERR_AS(ptRun->ptKind->pchName, "%d line:%d ", nPoint, __LINE__);
+        PUBSEC_LOG_ERR(ptRun->ptKind->pchName, nLine, "%d line:%d ", nPoint, nLine, "\n");
     }
 }
+#define TRACE(run, point) TraceAt(run, point, __LINE__)
 
 void SetOptions(const TPubSecPostRun* ptRun, CURL* ptHandle, curl_slist* ptHeaders, TPubSecReqBody* ptBody,
                 TPubSecRespBuf* ptSink)
@@ -67,25 +69,25 @@ u32 ReadOutcome(TPubSecPostRun* ptRun, CURL* ptHandle)
     char achStatus[PUBSEC_STATUS_TEXT_SIZE] = {};
     if (bReads)
     {
-        Trace(ptRun, 4);
+        TRACE(ptRun, 4);
         if (_PubSecParseSerData(ptRun->tSink.pchBuf, achStatus) == 0)
         {
             PUBSEC_ERR_AS(ptRun->ptKind->pchName, "_PubSecParseSerData Fault! ");
         }
-        Trace(ptRun, 5);
+        TRACE(ptRun, 5);
     }
     const s32 nStatus = PubSecHttpStatus(ptHandle);
     if (ptRun->ptPost->pchStatus != nullptr)
     {
         AppMemcpy(ptRun->ptPost->pchStatus, achStatus, sizeof(achStatus));
     }
-    Trace(ptRun, 6);
+    TRACE(ptRun, 6);
     u32 dwRet = PubSecResultOfStatus(nStatus, ptRun->ptKind->dwCode400);
     if (bReads && nStatus == 400)
     {
         dwRet = ReadRefusal(ptRun, achStatus, dwRet);
     }
-    Trace(ptRun, 7);
+    TRACE(ptRun, 7);
     ptRun->bAnswered = true;
     return dwRet;
 }
@@ -104,7 +106,7 @@ u32 Transfer(TPubSecPostRun* ptRun, CURL* ptHandle)
     SetOptions(ptRun, ptHandle, ptHeaders, &tBody, &ptRun->tSink);
     const CURLcode eResult = curl_easy_perform(ptHandle);
     curl_slist_free_all(ptHeaders);
-    Trace(ptRun, 3);
+    TRACE(ptRun, 3);
     if (!PubSecIsCompleted(eResult))
     {
         PUBSEC_ERR_AS(ptRun->ptKind->pchName, "curl_easy_perform() failed: %s", curl_easy_strerror(eResult));
@@ -122,11 +124,11 @@ u32 Exchange(TPubSecPostRun* ptRun)
         PUBSEC_ERR_AS(ptKind->pchName, "curl_global_init() failed: %s", curl_easy_strerror(eResult));
         return PUBSEC_ERR_CURL_INIT;
     }
-    Trace(ptRun, 2);
+    TRACE(ptRun, 2);
     CURL* ptHandle = curl_easy_init();
     if (ptHandle == nullptr)
     {
-        Trace(ptRun, 9);
+        TRACE(ptRun, 9);
         if (ptKind->pchEasyInitFailed != nullptr)
         {
             PUBSEC_ERR_AS(ptKind->pchName, "%s", ptKind->pchEasyInitFailed);
@@ -179,7 +181,7 @@ u32 PubSecPostRun(const TPubSecPost* ptPost)
 {
     TPubSecPostRun tRun = {ptPost, ptPost->ptKind, ptPost->pchUrl, nullptr, {}, false};
     char achUrl[PUBSEC_POST_URL_SIZE];
-    Trace(&tRun, 1);
+    TRACE(&tRun, 1);
     if (!Has(&tRun, PUBSEC_POST_ANY_PLATFORM) && !PubSecIsRegistered(ptPost->dwPlatform))
     {
         PUBSEC_ERR_AS(ptPost->ptKind->pchName, "Device not registered! ");
@@ -197,7 +199,7 @@ u32 PubSecPostRun(const TPubSecPost* ptPost)
     const u32 dwRet = EncodeAndExchange(&tRun);
     if (tRun.bAnswered)
     {
-        Trace(&tRun, 8);
+        TRACE(&tRun, 8);
     }
     return dwRet;
 }

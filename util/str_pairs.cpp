@@ -15,7 +15,7 @@ const TPubSecStrPair s_atStrPair_EGAT1400ImageFormatType[PUBSEC_IMAGE_FORMAT_NUM
 
 /*
  * The conversions do not know how long the caller's table is, and a table has no end mark: they search none of it.
- * Hosts rely on them to fail.
+ * No host relies on them.
  */
 constexpr s32 PUBSEC_PAIRS_SEARCHED = 0;
 

@@ -25,7 +25,7 @@ typedef struct
     s32 nPunchResult;            /* "PunchResult", always */
     char achPunchTime[15];       /* "PunchTime", always; time */
     char achEntryTime[17];       /* "EntryTime", text; time */
-    u32 dwRecordNum;             /* records in the list that starts with this one; read from the first record only */
+    u32 dwRecordNum;             /* records in a list, taken as signed; read from the first one only */
     u8 abyReserved2[160];        /* not read by the library */
 } TPubSecAccessRecordInfo;
 

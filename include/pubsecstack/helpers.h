@@ -52,9 +52,11 @@ typedef struct
  * Makes an object identifier: device code (20), kind (2), date-time (14), serial number (5), 41 characters in all.
  *
  *   ptParam  parts of the identifier. A text that fills its array without a NUL is read to the end of the array.
- * Nothing is padded or checked: shorter parts make a shorter identifier. pchId    where the identifier is written,
- * terminated. wIdLen   size of pchId. At most 42: a LARGER buffer is refused, so pass PUBSEC_OBJECT_ID_SIZE, not sizeof
- * of a bigger array. A smaller one is accepted and the identifier is cut to wIdLen - 1 characters; 0 writes nothing.
+ *            Nothing is padded or checked: shorter parts make a shorter identifier.
+ *   pchId    where the identifier is written, terminated.
+ *   wIdLen   size of pchId. At most 42: a LARGER buffer is refused, so pass PUBSEC_OBJECT_ID_SIZE, not sizeof of a
+ *            bigger array. A smaller one is accepted and the identifier is cut to wIdLen - 1 characters; 0 writes
+ *            nothing.
  *
  *   PUBSEC_OK         written.
  *   PUBSEC_ERR_PARAM  a null pointer, or wIdLen above 42; nothing is written. Correct the call.
@@ -71,8 +73,7 @@ PUBSEC_API u32 PubSecStackCreat_BasicObjectIdType(const TPubSecObjectIdParam* pt
  *
  *   ptParam  parts of the identifier, as above. An object identifier longer than 41 characters is cut to 41.
  *   pchId    where the identifier is written, terminated.
- *   wIdLen   size of pchId. At most 49: a LARGER buffer is refused; a smaller one is accepted and the identifier is
- * cut.
+ *   wIdLen   size of pchId. At most 49: a LARGER buffer is refused; a smaller one is accepted and the identifier is cut.
  *
  *   PUBSEC_OK         written.
  *   PUBSEC_ERR_PARAM  a null pointer, or wIdLen above 49; nothing is written. Correct the call.
@@ -113,8 +114,9 @@ PUBSEC_API u32 PubSecStackCreat_DateTime(const TPubSecTime* ptTime, char* pchDat
  * NvrSysTimeSecSwitch converts it).
  *
  *   qwMilliseconds  milliseconds since 1970-01-01 00:00:00 UTC. The part below a second is dropped, and the seconds
- * wrap at 2^32: good until February 2106. pchDateTime     where the text is written, terminated. wDateTimeLen    size
- * of pchDateTime, at least 15.
+ *                   wrap at 2^32: good until February 2106.
+ *   pchDateTime     where the text is written, terminated.
+ *   wDateTimeLen    size of pchDateTime, at least 15.
  *
  *   PUBSEC_OK         written.
  *   PUBSEC_ERR_PARAM  a null pointer, or wDateTimeLen below 15; nothing is written. Correct the call.
@@ -128,8 +130,9 @@ PUBSEC_API u32 PubSecStackCreat_DateTimeEx(u64 qwMilliseconds, char* pchDateTime
  *
  *   pchFile   path of the file.
  *   pchHash   where the digits are written, terminated.
- *   wHashLen  size of pchHash, at least 129 (PUBSEC_FILE_HASH_SIZE, the size of achFileHash) although 33 bytes are
- *             written.
+ *   wHashLen  size of pchHash, at least 129 (PUBSEC_FILE_HASH_SIZE, the size of achFileHash in images and slices)
+ *             although 33 bytes are written. For the achFileHash of a file, which holds just those, hash into a buffer
+ *             of that size and copy.
  *
  *   PUBSEC_OK          written. A read error ends the file as its end does.
  *   PUBSEC_ERR_FAILED  a null pointer, wHashLen below 129, or a file that cannot be opened; nothing is written.
@@ -165,7 +168,8 @@ PUBSEC_API char* PSMDString(const u8* pbyData, u32 dwLen);
  *
  *   pbyData   the bytes; not null, not even for a dwLen of 0.
  *   pchOut    where 32 lower-case hexadecimal digits are written. All dwOutLen bytes are cleared first, so they must
- * not overlap the data. dwOutLen  size of pchOut, at least 33.
+ *             not overlap the data.
+ *   dwOutLen  size of pchOut, at least 33.
  *
  * Returns 1 when written, 0 for a null pointer or a dwOutLen of 32 or less; nothing is written then.
  */

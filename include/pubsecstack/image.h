@@ -16,11 +16,14 @@
  * are the host's. A field marked "time" holds 14 digits, YYYYMMDDhhmmss. Members are written in the order of the fields
  * except where a record says otherwise; keys are the server's, spelled as it spells them.
  *
+ * "SubImageList" comes after an object's own members. Documents of pictures, of one kind of object and of the host's own
+ * trees write it when the pointer is not null and the count above 0; those of slices and violations whenever the pointer
+ * is not null, as an empty list for a count of 0 or less; those of files never.
+ *
  * Records belong to the host, and so does what they point to. What is marked "released with the record" is given back
- * by the record's PubSecStackFree_ function, with the allocator that the host names, and the pointer is cleared:
- * sub-image lists with the data of each sub-image, and an image's feature record with its data. The library releases
- * nothing else; the feature record of a face and the feature data of a sub-image, for example, stay with whoever made
- * them. Where a function takes more than one record, they lie back to back, as an array.
+ * by the record's PubSecStackFree_ function (records.h), with the allocator that the host names, and the pointer is
+ * cleared. Everything else stays with whoever made it: the feature record of a face and the feature data of a
+ * sub-image, for example. Where a function takes more than one record, they lie back to back, as an array.
  */
 #ifndef PUBSECSTACK_IMAGE_H
 #define PUBSECSTACK_IMAGE_H

@@ -50,7 +50,7 @@ PUBSEC_C_BEGIN
  *
  * ptPicture  the picture; its objects, access records and data stand in the element of its last image information
  * pchStatus  char[PUBSEC_STATUS_SIZE] or null; receives the last "StatusString" of the answer, at most 256 characters,
- *            the rest zeros. Not written when no exchange took place
+ *            the rest zeros. Written only when the transfer completed
  */
 PUBSEC_API u32 PubSecPostImage(u32 dwPlatform, const TPubSecIntelliPicObj* ptPicture, char* pchStatus);
 

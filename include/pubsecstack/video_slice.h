@@ -138,6 +138,9 @@ typedef struct
  * each takes the numbers of entries from a block of counts of its own; fill both blocks when both are made. A list is
  * written when its pointer is not null. The violations of motor vehicles are as many as the first one's
  * dwIllegalRecordNum says, and only slice documents carry violations.
+ *
+ * The objects and the data stand in the element of the last slice or file: with none of them (count 0) an empty list is
+ * sent without them. A count above 0 with a null array makes no document.
  */
 typedef struct
 {
