@@ -216,4 +216,15 @@ TEST_F(SlowServers, AServerThatNeverAnswersIsLeft)
     EXPECT_EQ(fake_platform::logLinesWith("timeout stop upload time:3").size(), 1u);
 }
 
+/* Its length wraps, the file has nothing to give, and the watchdog ends it. */
+TEST_F(SlowServers, APositionBeyondTheEndIsNeverDone)
+{
+    fake_platform::setDelayHook([](u32, u32) { fake_platform::advance(30000); });
+    peer.plan({});
+    EXPECT_EQ(PubSecCurlUpLoadFile(peer.url("/store").c_str(), file.path(), (1 << 20) + 1), 76u);
+    EXPECT_THAT(curl_shim::callsOf("setopt(POSTFIELDSIZE_LARGE"),
+                ElementsAre("setopt(POSTFIELDSIZE_LARGE=4294967295)"));
+    EXPECT_EQ(fake_platform::logLinesWith("timeout stop upload time:3000").size(), 1u);
+}
+
 } // namespace
