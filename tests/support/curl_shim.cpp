@@ -15,6 +15,11 @@
 #include "core/http.h"
 #include "post/file_upload.h"
 
+/* libcurl's prototypes end with an enumeration before the variable arguments. */
+#if defined(__clang__)
+#pragma clang diagnostic ignored "-Wvarargs"
+#endif
+
 #undef curl_easy_setopt
 #undef curl_easy_getinfo
 
