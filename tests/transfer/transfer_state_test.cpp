@@ -270,7 +270,7 @@ TEST_F(TransferStateAnswer, WhatIsStoredIsTold)
 
 TEST_F(TransferStateAnswer, HashesAreCutToTheirField)
 {
-    for (const size_t length : {127, 128, 200})
+    for (const size_t length : {size_t(127), size_t(128), size_t(200)})
     {
         EXPECT_EQ(read(R"("FileHash":")" + std::string(length, 'f') + R"(")"), 1u);
         EXPECT_EQ(std::string(info.achFileHash, sizeof(info.achFileHash)),

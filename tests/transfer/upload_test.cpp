@@ -308,7 +308,7 @@ TEST_F(Upload, GoesOnWhereItWasCut)
     const TransferFile file(content);
     TransferPeer peer;
     std::string held;
-    for (const std::uint64_t share : {300000, 1, 700000})
+    for (const std::uint64_t share : {300000u, 1u, 700000u})
     {
         peer.plan({share, TransferPeer::Then::Cut});
         EXPECT_EQ(PubSecCurlUpLoadFile(peer.url("/store").c_str(), file.path(), static_cast<u32>(held.size())), 76u);

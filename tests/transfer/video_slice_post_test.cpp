@@ -138,7 +138,7 @@ TEST_F(VideoSlicePost, GivesTheLastStatusText)
 
 TEST_F(VideoSlicePost, AStatusTextHasAtMost256Characters)
 {
-    for (const size_t length : {255, 256, 257, 300})
+    for (const size_t length : {size_t(255), size_t(256), size_t(257), size_t(300)})
     {
         answer(200, statuses(R"({"StatusString":")" + std::string(length, 's') + R"("})"));
         EXPECT_EQ(post(), 50u);
