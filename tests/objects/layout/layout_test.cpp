@@ -26,23 +26,50 @@ struct Record
     std::vector<Field> fields;
 };
 
-#define RECORD(record, size) records.push_back({#record, size, {}});
-#define FIELD(record, field, offset, size)                                                                             \
-    EXPECT_EQ(records.back().name, #record);                                                                           \
-    records.back().fields.push_back({#field, offset, size});
+/* One line of a listing: a record, or a field of the record before it. Data, since code for each takes ages to compile. */
+struct Line
+{
+    const char* record;
+    const char* field; /* null: the record itself */
+    size_t offset;
+    size_t size;
+};
+
+#define RECORD(record, size) {#record, nullptr, 0, size},
+#define FIELD(record, field, offset, size) {#record, #field, offset, size},
+constexpr Line c_listing64[] = {
+#include "layout_lp64.inc"
+};
+constexpr Line c_listing32[] = {
+#include "layout_ilp32.inc"
+};
+#undef RECORD
+#undef FIELD
+
+template <size_t count> std::vector<Record> RecordsOf(const Line (&listing)[count])
+{
+    std::vector<Record> records;
+    for (const Line& line : listing)
+    {
+        if (line.field == nullptr)
+        {
+            records.push_back({line.record, line.size, {}});
+            continue;
+        }
+        EXPECT_EQ(records.back().name, line.record);
+        records.back().fields.push_back({line.field, line.offset, line.size});
+    }
+    return records;
+}
 
 std::vector<Record> Listing64()
 {
-    std::vector<Record> records;
-#include "layout_lp64.inc"
-    return records;
+    return RecordsOf(c_listing64);
 }
 
 std::vector<Record> Listing32()
 {
-    std::vector<Record> records;
-#include "layout_ilp32.inc"
-    return records;
+    return RecordsOf(c_listing32);
 }
 
 void ExpectSideBySide(const Record& record)
