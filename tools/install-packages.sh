@@ -6,6 +6,7 @@
 #
 #     build    compile everything, run the demonstration
 #     test     run the test suite (with build)
+#     bench    measure (with build)
 #     check    clang, clang-format, clang-tidy
 set -euo pipefail
 
@@ -20,11 +21,15 @@ packages_of() {
     test)
         echo libgtest-dev libgmock-dev
         ;;
+    bench)
+        echo libbenchmark-dev rapidjson-dev nlohmann-json3-dev
+        echo g++-arm-linux-gnueabihf                      # the size of the library on a device
+        ;;
     check)
         echo clang clang-format clang-tidy
         ;;
     *)
-        echo "install-packages: unknown group \"$1\": expected build, test or check" >&2
+        echo "install-packages: unknown group \"$1\": expected build, test, bench or check" >&2
         return 2
         ;;
     esac
@@ -45,7 +50,7 @@ as_root() {
     fi
 }
 
-[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|check..." >&2; exit 2; }
+[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|check..." >&2; exit 2; }
 if ! command -v dpkg-query >/dev/null; then
     echo "install-packages: this is no Debian; going on with what is installed" >&2
     exit 0
