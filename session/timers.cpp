@@ -59,6 +59,12 @@ void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHa
                       const char* pchFunction)
 {
     const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
+    if (hOwn == nullptr && hTimer != nullptr)
+    {
+        /* Due before its handle was stored: what the slot holds by now may be the handler's own, fired timer. */
+        Cancel(PubSecExchange(tKind.phSlots[dwPlatform], hTimer));
+        return;
+    }
     Cancel(PubSecReplace(tKind.phSlots[dwPlatform], hOwn, hTimer) ? hOwn : hTimer);
 }
 

@@ -31,7 +31,10 @@ TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform);
 /* Arms a timer in place of whatever the slot holds. */
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction);
 
-/* The same for a handler: only while the slot still holds hOwn, that is while nobody armed or cancelled meanwhile. */
+/*
+ * The same for a handler: only while the slot still holds hOwn, that is while nobody armed or cancelled meanwhile. A
+ * handler that found the slot empty ran before its handle was stored, and arms whatever the slot holds by now.
+ */
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
                       const char* pchFunction);
 

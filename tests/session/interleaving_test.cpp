@@ -6,6 +6,7 @@
  */
 #include <atomic>
 #include <functional>
+#include <future>
 #include <map>
 #include <random>
 #include <thread>
@@ -454,6 +455,28 @@ TEST_F(Interleaving, KeepaliveElapsesBeforeItsHandleIsStoredAgain)
     configure(0, info(0));
     passes(1);
     expectSessionGoesOn(0);
+}
+
+/* The same with a handler that is still asking the server when the handle is stored. */
+TEST_F(Interleaving, ClockElapsesBeforeItsHandleIsStored)
+{
+    std::promise<void> asked;
+    std::promise<void> stored;
+    std::thread delayTask;
+    during(kTime, [&] {
+        asked.set_value();
+        stored.get_future().wait();
+    });
+    const auto elapseElsewhere = [&] {
+        delayTask = std::thread([] { fake_platform::runFor(500); });
+        asked.get_future().wait();
+    };
+    g_afterSetTimer = [&] { g_afterSetTimer = elapseElsewhere; }; /* the clock's timer is the second */
+    configure(0, info());
+    passes(1);
+    stored.set_value();
+    delayTask.join();
+    expectSessionGoesOn();
 }
 
 TEST_F(Interleaving, LoopEndsDuringARegistration)
