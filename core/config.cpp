@@ -11,9 +11,9 @@ u32 PubSecStackUpdateRegisterInfo(s32 nPlatform, const TPubSecPlatRegInfo* ptInf
     const u32 dwPlatform = static_cast<u32>(nPlatform);
     if (PubSecIsPlatform(dwPlatform) && ptInfo != nullptr)
     {
-        PubSecLockTake();
+        const bool bLocked = PubSecLockTake();
         AppMemcpy(&g_atPubSecStackGlobalCommon_New[dwPlatform], ptInfo, sizeof(*ptInfo));
-        PubSecLockGive();
+        PubSecLockGive(bLocked);
     }
     return PUBSEC_OK;
 }

@@ -23,9 +23,9 @@ __attribute__((constructor)) void CreateCurlLock()
 /* Called before every exchange; libcurl counts the calls, but not in every build safely against concurrent ones. */
 CURLcode PubSecCurlGlobalInit()
 {
-    AppLockTakeByTime(PubSecLockMade(s_hCurlLock), 0);
+    const bool bLocked = PubSecLockTake(s_hCurlLock);
     const CURLcode eResult = curl_global_init(CURL_GLOBAL_ALL);
-    AppLockGive(s_hCurlLock);
+    PubSecLockGive(bLocked, s_hCurlLock);
     return eResult;
 }
 

@@ -44,12 +44,16 @@ TAppLockHandle PubSecLockMade(TAppLockHandle& hSlot)
     return PubSecLoad(hSlot);
 }
 
-void PubSecLockTake()
+bool PubSecLockTake(TAppLockHandle& hSlot)
 {
-    AppLockTakeByTime(PubSecLockMade(g_hPubSecStackCommonLock), 0);
+    const TAppLockHandle hLock = PubSecLockMade(hSlot);
+    return hLock != nullptr && AppLockTakeByTime(hLock, 0) == 0;
 }
 
-void PubSecLockGive()
+void PubSecLockGive(bool bTaken, TAppLockHandle& hSlot)
 {
-    AppLockGive(g_hPubSecStackCommonLock);
+    if (bTaken)
+    {
+        AppLockGive(PubSecLoad(hSlot));
+    }
 }

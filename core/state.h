@@ -83,8 +83,11 @@ inline bool PubSecIsRegistered(u32 dwPlatform)
  */
 TAppLockHandle PubSecLockMade(TAppLockHandle& hSlot);
 
-/* The lock of the tables. */
-void PubSecLockTake();
-void PubSecLockGive();
+/*
+ * Takes a lock, that of the tables unless another is named, and says whether it was taken: only then is it given. A host
+ * that cannot take its lock leaves the work unguarded; giving what is not held would harm whoever holds it.
+ */
+bool PubSecLockTake(TAppLockHandle& hSlot = g_hPubSecStackCommonLock);
+void PubSecLockGive(bool bTaken, TAppLockHandle& hSlot = g_hPubSecStackCommonLock);
 
 #endif

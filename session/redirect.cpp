@@ -42,18 +42,18 @@ void PubSecFollowRedirect(u32 dwPlatform, CURL* ptHandle, const char* pchFunctio
     tMemory.dwFirstPort = tInfo.dwServerPort;
     PubSecBracketHost(achIp, tMemory.achLocationIP, sizeof(tMemory.achLocationIP));
     tMemory.dwLocationPort = dwPort;
-    PubSecLockTake();
+    const bool bLocked = PubSecLockTake();
     g_tFirstRegMess[dwPlatform] = tMemory;
-    PubSecLockGive();
+    PubSecLockGive(bLocked);
 
     PointAt(dwPlatform, achIp, dwPort);
 }
 
 void PubSecReturnFromRedirect(u32 dwPlatform)
 {
-    PubSecLockTake();
+    const bool bLocked = PubSecLockTake();
     const TPubSecFirstRegMess tMemory = g_tFirstRegMess[dwPlatform];
-    PubSecLockGive();
+    PubSecLockGive(bLocked);
     if (tMemory.achFirstIP[0] != '\0')
     {
         PointAt(dwPlatform, tMemory.achFirstIP, tMemory.dwFirstPort);

@@ -34,9 +34,9 @@ bool IsSameIdentity(const TPubSecPlatRegInfo& tLeft, const TPubSecPlatRegInfo& t
 /* Takes the pending record into force, whole. */
 void TakeIntoForce(u32 dwPlatform)
 {
-    PubSecLockTake();
+    const bool bLocked = PubSecLockTake();
     PubSecTableWrite(dwPlatform, &g_atPubSecStackGlobalCommon_New[dwPlatform]);
-    PubSecLockGive();
+    PubSecLockGive(bLocked);
 }
 
 /* A changed period alone re-arms its timer; a timer that was never armed stays so. */
@@ -80,7 +80,7 @@ void FollowChange(u32 dwPlatform)
 {
     TPubSecPlatRegInfo tInForce;
     PubSecTableRead(dwPlatform, &tInForce);
-    PubSecLockTake();
+    const bool bLocked = PubSecLockTake();
     const TPubSecPlatRegInfo tPending = g_atPubSecStackGlobalCommon_New[dwPlatform];
     const bool bSameServer = IsSameIdentity(tInForce, tPending);
     if (bSameServer &&
@@ -91,7 +91,7 @@ void FollowChange(u32 dwPlatform)
         tNext.dwSyncTimeMin = tPending.dwSyncTimeMin;
         PubSecTableWrite(dwPlatform, &tNext);
     }
-    PubSecLockGive();
+    PubSecLockGive(bLocked);
     if (bSameServer)
     {
         ApplyPeriods(dwPlatform, tInForce, tPending);
@@ -107,12 +107,12 @@ void TakePending(u32 dwPlatform)
 {
     TPubSecPlatRegInfo tInForce;
     PubSecTableRead(dwPlatform, &tInForce);
-    PubSecLockTake();
+    const bool bLocked = PubSecLockTake();
     if (AppMemcmp(&tInForce, &g_atPubSecStackGlobalCommon_New[dwPlatform], sizeof(tInForce)) != 0)
     {
         PubSecTableWrite(dwPlatform, &g_atPubSecStackGlobalCommon_New[dwPlatform]);
     }
-    PubSecLockGive();
+    PubSecLockGive(bLocked);
 }
 
 void Register(u32 dwPlatform)
