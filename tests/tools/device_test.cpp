@@ -176,9 +176,9 @@ TEST_F(DeviceTest, SaysThatNoKeepaliveWasAnsweredAndLeaves)
     viewlib::Server server;
     server.always("/VIID/System/Keepalive", viewlib::Answer(500));
     server.start();
-    const Ended ended = run(server, {"--wait", "2"});
+    const Ended ended = run(server, {"--wait", "5"});
     EXPECT_EQ(ended.code, 1);
-    EXPECT_THAT(ended.errors, HasSubstr("no keepalive was answered within 2 s"));
+    EXPECT_THAT(ended.errors, HasSubstr("no keepalive was answered within 5 s"));
     EXPECT_TRUE(server.registrations().empty());
 }
 
@@ -198,9 +198,9 @@ TEST_F(DeviceTest, SaysThatTheClockWasNotSet)
     viewlib::Server server;
     server.always("/VIID/System/Time", viewlib::Answer(500));
     server.start();
-    const Ended ended = run(server, {"--wait", "2"});
+    const Ended ended = run(server, {"--wait", "5"});
     EXPECT_EQ(ended.code, 1);
-    EXPECT_THAT(ended.errors, HasSubstr("the clock was not set within 2 s"));
+    EXPECT_THAT(ended.errors, HasSubstr("the clock was not set within 5 s"));
     EXPECT_TRUE(server.registrations().empty());
 }
 
