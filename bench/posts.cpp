@@ -184,6 +184,36 @@ void measureFace(Report& report, const FacePost& post, bool isShort)
     reportPost(report, "face post, " + std::to_string(post.body.size()) + " bytes", result, 1.5);
 }
 
+/* The least that cJSON takes: nodes that refer to a face's texts, made and released, and an answer read. */
+void useCjson(const TPubSecFaceObjInfo& record)
+{
+    static constexpr char kAnswer[] =
+        "{\"ResponseStatusListObject\":{\"ResponseStatusObject\":[{\"Id\":"
+        "\"34020000001190000001022026112112480000001\","
+        "\"LocalTime\":\"20261121124800\",\"RequestURL\":\"/VIID/Faces\",\"StatusCode\":0,\"StatusString\":\"OK\"}]}}";
+    cJSON* const root = cJSON_CreateObject();
+    for (int member = 0; member < 26; ++member)
+    {
+        cJSON_AddItemToObjectCS(root, "FaceID", cJSON_CreateStringReference(record.achFaceID));
+    }
+    cJSON_Delete(root);
+    cJSON_Delete(cJSON_Parse(kAnswer));
+}
+
+void measureFaceCjson(Report& report, const FacePost& post, bool isShort)
+{
+    const Request withCjson = [&post] {
+        useCjson(post.record);
+        return post.bare();
+    };
+    const Comparison result = compared(
+        withCjson, [&post] { return post.bare(); }, isShort ? 30 : 150, 20);
+    report.add("  libcurl and the least of cJSON, processor", "bare libcurl", result.ratio.processor, "", noLimit(),
+               microseconds(result.library.processor, result.bare.processor));
+    report.add("  libcurl and the least of cJSON, elapsed", "bare libcurl", result.ratio.wall, "", noLimit(),
+               microseconds(result.library.wall, result.bare.wall));
+}
+
 void measureFaceByHand(Report& report, const FacePost& post, bool isShort)
 {
     const Request byHand = [&post] {
@@ -292,6 +322,7 @@ int main(int argc, char** argv)
     {
         const FacePost post(server, 20);
         measureFace(report, post, options.isShort);
+        measureFaceCjson(report, post, options.isShort);
         measureFaceByHand(report, FacePost(server, kObjectMembers), options.isShort);
         measureImage(report, server, options.isShort);
         measureThreads(report, post, options.isShort);
