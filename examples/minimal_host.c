@@ -56,10 +56,10 @@ static u32 PostFace(char* pchPicture)
     TPubSecFaceObjInfo tFace = {.achDeviceID = DEVICE_ID, .dwInfoKind = 1};
 
     PubSecStackCreat_DateTimeEx((u64)PosixPlatformDeviceClockMs(), tFace.achShotTime, sizeof(tFace.achShotTime));
-    strcpy(tId.tBasic.achDateTime, tFace.achShotTime);
+    memcpy(tId.tBasic.achDateTime, tFace.achShotTime, sizeof(tFace.achShotTime));
     PubSecStackCreat_BasicObjectIdType(&tId.tBasic, tFace.achSourceID, sizeof(tFace.achSourceID));
     PubSecStackCreat_ImageCntObjectIdType(&tId, tFace.achFaceID, sizeof(tFace.achFaceID));
-    strcpy(tSubImage.achImageID, tFace.achSourceID);
+    memcpy(tSubImage.achImageID, tFace.achSourceID, sizeof(tFace.achSourceID));
     tSubImage.pchData = pchPicture;
     tFace.nSubImageNum = 1;
     tFace.ptSubImageList = &tSubImage;

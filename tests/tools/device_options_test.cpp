@@ -7,7 +7,6 @@
 using device::Options;
 using device::parseOptions;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace
 {

@@ -39,6 +39,7 @@ Ended runProgram(const std::string& program, std::vector<std::string> arguments)
 
     arguments.insert(arguments.begin(), program);
     std::vector<char*> raw;
+    raw.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
     {
         raw.push_back(argument.data());
