@@ -30,6 +30,7 @@ struct State
 
 /* The mutex guards the blocks: another thread may give one back. The rest belongs to the thread that runs. */
 std::mutex s_mutex;
+long s_timeoutMs = 0;
 thread_local bool t_tracks = false; /* inside run */
 thread_local bool t_counts = false; /* and not paused */
 
@@ -229,6 +230,10 @@ extern "C"
         if (!cannotBeRefused(option) && refuses("curl_easy_setopt"))
         {
             return CURLE_UNKNOWN_OPTION;
+        }
+        if (option == CURLOPT_TIMEOUT && s_timeoutMs > 0)
+        {
+            return __real_curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, s_timeoutMs);
         }
         return number   ? __real_curl_easy_setopt(handle, option, small)
                : offset ? __real_curl_easy_setopt(handle, option, large)
@@ -439,6 +444,11 @@ Result run(size_t failing, Mode mode, const std::function<void()>& call)
     call();
     t_tracks = t_counts = false;
     return {state().points, state().failed, leaks()};
+}
+
+void shortenTimeouts(long milliseconds)
+{
+    s_timeoutMs = milliseconds;
 }
 
 Pause::Pause() : m_wasCounting(t_counts)

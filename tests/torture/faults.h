@@ -39,6 +39,9 @@ void install();
 /* Runs the call and fails its point of that number, from 1; 0 fails none. */
 Result run(size_t failing, Mode mode, const std::function<void()>& call);
 
+/* The overall time-out of transfers from here on, where the library sets one; 0 leaves it as it is set. */
+void shortenTimeouts(long milliseconds);
+
 /* While it lives, the thread's calls are no points: for what a host does between calls of the library. */
 class Pause
 {

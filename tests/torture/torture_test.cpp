@@ -5,7 +5,6 @@
  *
  * PUBSEC_TORTURE_STEP=1 in the environment fails every point; by default each seventh is tried.
  */
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -25,6 +24,7 @@
 #include "tests/torture/faults.h"
 #include "tests/torture/hostile_server.h"
 #include "tests/torture/operations.h"
+#include "tests/torture/silence.h"
 
 namespace
 {
@@ -74,31 +74,6 @@ void serve(HostileServer::Peer& peer)
         }
     }
 }
-
-/* Bodies that are left to libcurl go to the standard output; they are not worth seeing. */
-class Silence
-{
-  public:
-    Silence()
-    {
-        std::fflush(stdout);
-        m_output = dup(STDOUT_FILENO);
-        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-    }
-    ~Silence()
-    {
-        std::fflush(stdout);
-        dup2(m_output, STDOUT_FILENO);
-        close(m_output);
-    }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-
-  private:
-    int m_output;
-};
 
 /* A started stack with platform 0 registered at the server, and a fresh host. */
 void reset()
