@@ -108,16 +108,18 @@ PUBSEC_API u32 PubSecPostVideoSliceDataEx(u32 dwPlatform, const char* pchVideoID
 
 /*
  * Streams a local file, from dwPosition to its end, as an octet stream to any URL. One upload runs at a time in a
- * process: two would keep each other's watchdog quiet. Sizes and positions are 32 bits wide. Server certificates are
- * verified here, unlike in all other operations. The upload pauses a millisecond after every block, on purpose, and
- * writes its own log lines whatever the log level. Leaves the answer.
+ * process: two would keep each other's watchdog quiet. Sizes and positions are 32 bits wide: a file of 4 GiB or more
+ * cannot be sent, and from a position beyond the end nothing is ever complete. Server certificates are verified here,
+ * unlike in all other operations. The upload pauses a millisecond after every block, on purpose, and writes its own log
+ * lines whatever the log level. Leaves the answer.
  *
  * pchUrl   used as it is
  * pchPath  file to read; null counts as a file that cannot be opened
  *
  * Returns PUBSEC_OK for HTTP 200 and 201, and when no transfer handle can be had; PUBSEC_ERR_UPLOAD_REFUSED for any
- * other status; PUBSEC_ERR_CURL_INIT; PUBSEC_ERR_TRANSFER when the transfer failed or no block went out for 30 seconds
- * (ask PubSecGetTransDataInf where to go on); PUBSEC_ERR_FILE_OPEN. Blocks for as long as the server keeps reading.
+ * other status; PUBSEC_ERR_CURL_INIT; PUBSEC_ERR_TRANSFER when the transfer failed or no block was taken from the file
+ * for 30 seconds, the wait for the answer included (ask PubSecGetTransDataInf where to go on); PUBSEC_ERR_FILE_OPEN,
+ * also for a file that has no size, such as a pipe. Blocks for as long as the server keeps reading.
  */
 PUBSEC_API u32 PubSecCurlUpLoadFile(const char* pchUrl, const char* pchPath, u32 dwPosition);
 
