@@ -269,6 +269,7 @@ double rateOf(const Request& request, int perThread)
     constexpr int kThreads = 8;
     std::atomic<bool> isGood{true};
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     const long long begin = wallNanoseconds();
     for (int index = 0; index < kThreads; ++index)
     {
