@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 # The whole way of a report on this machine: a device registers at a view library on loopback, is kept alive, takes its
-# time, reports a picture with the face in it and leaves; then the server is asked what it has. Missing Debian packages
+# time, reports a picture with the face in it and then one of everything else, and leaves; then the server is asked what
+# it has. Missing Debian packages
 # are installed first. Nothing is left running or lying about but the build in build/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -70,20 +71,45 @@ ask() {
     sqlite3 -readonly "$@"
 }
 
-print_received() {
-    echo
-    echo "what the server received"
-    printf '  %-3s %-30s %7s  %s\n' "#" request bytes answer
-    # time #number peer device method target size "bytes ->" status
-    awk '$2 ~ /^#[0-9]+$/ { printf "  %-3s %-30s %7s  %s\n", substr($2, 2), $5 " " $6, $7, $10 }' "$work/server.log"
+# held PATH NUMBER: bytes and objects of the NUMBERth document (from 0) that the server keeps from a path.
+held() {
+    ask -separator $'\t' "$database" "SELECT length(body), coalesce((SELECT group_concat(n || ' ' || kind, ', ')
+            FROM (SELECT kind, count(*) AS n FROM objects WHERE post = p.id GROUP BY kind ORDER BY min(id))), '-')
+        FROM posts p WHERE path LIKE '${1//<id>/%}' ORDER BY id LIMIT 1 OFFSET $2"
 }
 
-print_stored() {
+# uploaded NUMBER: bytes of the NUMBERth upload (from 1), and what the server has of the file in the end.
+uploaded() {
+    local bytes
+    bytes=$(sed -nE 's/.* POST \/VIID\/Upload\/[^ ]* ([0-9]+) bytes .*/\1/p' "$work/server.log" | sed -n "${1}p")
+    printf '%s\t' "$bytes"
+    echo "1 file, $(stat -c %s "$work/data/uploads/video.ps") bytes in the end"
+}
+
+print_outcome() {
+    local operation request result path bytes objects
+    declare -A seen=()
     echo
-    echo "what the server stored"
-    printf '  %-6s %-48s %s\n' object identifier "file, as sent"
-    ask -separator ' ' "$database" "SELECT printf('  %-6s %-48s %s, %s', o.kind, o.object, p.file, p.format)
-        FROM objects o JOIN pictures p ON p.object = o.id ORDER BY o.id"
+    echo "what became of it"
+    printf '  %-12s %-36s %7s  %-4s %s\n' operation request bytes code "held by the server"
+    while IFS=$'\t' read -r operation request result; do
+        path=${request#* }
+        bytes=- objects=-
+        case $request in
+        *System* | GET*) ;;
+        *Upload*)
+            seen[$path]=$((${seen[$path]:-0} + 1))
+            IFS=$'\t' read -r bytes objects < <(uploaded "${seen[$path]}")
+            ;;
+        *)
+            IFS=$'\t' read -r bytes objects < <(held "$path" "${seen[$path]:-0}") ||
+                fail "the server has nothing of \"$operation\""
+            seen[$path]=$((${seen[$path]:-0} + 1))
+            ;;
+        esac
+        case $result in [0-9]*) result=${result%%[ :]*} ;; *) result=- ;; esac
+        printf '  %-12s %-36s %7s  %-4s %s\n' "$operation" "$request" "$bytes" "$result" "$objects"
+    done <"$work/rows"
 }
 
 expect() {
@@ -96,19 +122,25 @@ check_stored() {
     local file
     echo
     echo "checks"
-    expect "one image and its face are stored" "Face 48,Image 41" \
-        "$(ask "$database" "SELECT group_concat(k) FROM (SELECT kind || ' ' || length(object) AS k FROM objects ORDER BY 1)")"
+    expect "one image and its face are stored first" "Face 48,Image 41" \
+        "$(ask "$database" "SELECT group_concat(k) FROM
+            (SELECT kind || ' ' || length(object) AS k FROM objects WHERE post <= 2 ORDER BY 1)")"
     expect "the face names the image as its source" 1 \
         "$(ask "$database" "SELECT count(*) FROM objects i JOIN objects f ON i.kind = 'Image' AND f.kind = 'Face'
-            AND json_extract(f.document, '\$.SourceID') = i.object")"
+            AND i.post = 1 AND f.post = 2 AND json_extract(f.document, '\$.SourceID') = i.object")"
     expect "the face box arrived" "153,14,301,188" \
         "$(ask -separator , "$database" "SELECT json_extract(document, '\$.LeftTopX'), json_extract(document, '\$.LeftTopY'),
-            json_extract(document, '\$.RightBtmX'), json_extract(document, '\$.RightBtmY') FROM objects WHERE kind = 'Face'")"
-    expect "two pictures are stored" 2 "$(ask "$database" "SELECT count(*) FROM pictures")"
+            json_extract(document, '\$.RightBtmX'), json_extract(document, '\$.RightBtmY') FROM objects
+            WHERE kind = 'Face' AND post = 2")"
+    expect "twenty-one documents and blocks of data are stored" 21 "$(ask "$database" "SELECT count(*) FROM posts")"
+    expect "the picture came eight times" 8 "$(ask "$database" "SELECT count(*) FROM pictures WHERE file LIKE '%.jpg'")"
     while read -r file; do
         cmp "$picture" "$work/data/$file" || fail "$file is not the picture that was sent"
         printf '  ok  %s equals %s byte for byte\n' "$file" "$picture"
-    done < <(ask "$database" "SELECT file FROM pictures ORDER BY id")
+    done < <(ask "$database" "SELECT file FROM pictures WHERE file LIKE '%.jpg' ORDER BY id")
+    expect "the upload in two parts has the digest that was announced" \
+        "$(ask "$database" "SELECT json_extract(document, '\$.FileHash') FROM objects WHERE kind = 'File'")" \
+        "$(md5sum <"$work/data/uploads/video.ps" | cut -d ' ' -f 1)"
     expect "no device is registered any more" 0 "$(ask "$database" "SELECT count(*) FROM registrations")"
     local moved=$(($(clock_lead) - lead))
     [ "${moved#-}" -lt 60 ] || fail "the machine's clock moved by $moved s"
@@ -123,10 +155,9 @@ database=$work/data/viewlib.db
 lead=$(clock_lead)
 start_server
 echo
-timeout 50 build/bin/pubsec-device --port "$(cat "$work/port")" --picture "$picture" ||
+timeout 50 build/bin/pubsec-device --port "$(cat "$work/port")" --picture "$picture" --tour --rows "$work/rows" ||
     { cat "$work/server.log" >&2; fail "the device failed; above is the server's log"; }
-print_received
-print_stored
+print_outcome
 check_stored
 stop_server
 echo

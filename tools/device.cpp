@@ -1,10 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* A device in a program: registers, is kept alive, takes the server's time, reports a picture and its face, leaves. */
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstdarg>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -16,76 +11,14 @@
 #include "device_options.h"
 #include "device_records.h"
 #include "device_session.h"
+#include "report.h"
+#include "tour.h"
 
 namespace device
 {
 
 namespace
 {
-
-enum ExitCode
-{
-    Good = 0,
-    Failed = 1,
-    WrongUsage = 2
-};
-
-/*
- * Where this program prints. Some operations leave the server's answer to libcurl, which writes it to descriptor 1:
- * what was there at the start is kept for the program alone.
- */
-class Report
-{
-  public:
-    Report()
-    {
-        const int kept = dup(STDOUT_FILENO);
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-        m_file = kept >= 0 ? fdopen(kept, "w") : nullptr;
-        if (m_file == nullptr)
-        {
-            throw std::runtime_error("there is no standard output");
-        }
-    }
-    ~Report()
-    {
-        std::fclose(m_file);
-    }
-    Report(const Report&) = delete;
-    Report& operator=(const Report&) = delete;
-
-    __attribute__((format(printf, 2, 3))) void line(const char* format, ...)
-    {
-        va_list arguments;
-        va_start(arguments, format);
-        std::vfprintf(m_file, format, arguments);
-        va_end(arguments);
-        std::fputc('\n', m_file);
-        std::fflush(m_file);
-    }
-    /* Texts of the server are shown without the characters that steer a terminal. */
-    void row(const char* operation, const char* request, bool good, std::string result)
-    {
-        const auto isControl = [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; };
-        std::replace_if(result.begin(), result.end(), isControl, '?');
-        m_failures += good ? 0 : 1;
-        line("  %-12s %-30s %s", operation, request, result.c_str());
-    }
-    void row(const char* operation, const char* request, u32 code, const std::string& remark)
-    {
-        row(operation, request, code == PUBSEC_OK, std::to_string(code) + ' ' + PubSecResultText(code) + remark);
-    }
-    unsigned failures() const
-    {
-        return m_failures;
-    }
-
-  private:
-    std::FILE* m_file = nullptr;
-    unsigned m_failures = 0;
-};
 
 void askTime(Report& report)
 {
@@ -135,6 +68,10 @@ void live(Report& report, const Options& options, Picture& picture)
     askTime(report);
     const Identity identity = makeIdentity(options);
     postPicture(report, options, picture, identity);
+    if (options.tour)
+    {
+        Tour(report, options, picture, identity).run();
+    }
     session.leave();
     report.row("unregister", "POST /VIID/System/UnRegister", true, "the server was told");
     report.line("\n  image ID %s\n  face ID  %s", identity.imageId, identity.faceId);
@@ -143,11 +80,11 @@ void live(Report& report, const Options& options, Picture& picture)
 int run(const Options& options)
 {
     Picture picture = loadPicture(options);
-    Report report;
+    Report report(options.rowsFile);
     report.line("device %s at %s", options.deviceId.c_str(), options.serverUrl().c_str());
     report.line("picture %s: %dx%d, %u bytes, MD5 %s, %zu characters of base64", picture.path.c_str(),
                 picture.size.width, picture.size.height, picture.bytes, picture.hash, picture.base64.size());
-    report.line("\n  %-12s %-30s %s", "operation", "request", "result");
+    report.line("\n  %-12s %-36s %s", "operation", "request", "result");
     live(report, options, picture);
     if (report.failures() > 0)
     {
@@ -162,25 +99,5 @@ int run(const Options& options)
 
 int main(int count, char** arguments)
 {
-    try
-    {
-        const device::Options options =
-            device::parseOptions(std::vector<std::string>(arguments + (count > 0 ? 1 : 0), arguments + count));
-        if (options.help)
-        {
-            std::fputs(device::helpText().c_str(), stdout);
-            return device::Good;
-        }
-        return device::run(options);
-    }
-    catch (const device::UsageError& error)
-    {
-        std::fprintf(stderr, "pubsec-device: %s\nTry pubsec-device --help.\n", error.what());
-        return device::WrongUsage;
-    }
-    catch (const std::exception& error)
-    {
-        std::fprintf(stderr, "pubsec-device: %s\n", error.what());
-        return device::Failed;
-    }
+    return device::runProgram("pubsec-device", count, arguments, device::run);
 }

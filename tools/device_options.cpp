@@ -169,6 +169,10 @@ const std::vector<Option>& table()
          [](Options& o, Text n, Text v) { o.waitSeconds = number(n, v, 1, c_longestWait); }},
         {"log", "FILE", "write the library's log there",
          [](Options& o, Text n, Text v) { o.logFile = text(n, v, 4096); }},
+        {"tour", nullptr, "report one of everything that the library can report",
+         [](Options& o, Text, Text) { o.tour = true; }},
+        {"rows", "FILE", "write the table of operations there, its fields separated by tabs",
+         [](Options& o, Text n, Text v) { o.rowsFile = text(n, v, 4096); }},
         {"help", nullptr, "print this and exit (-h)", [](Options& o, Text, Text) { o.help = true; }},
     };
     return options;

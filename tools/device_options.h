@@ -31,6 +31,8 @@ struct Options
     Box face = {153, 14, 301, 188};
     unsigned waitSeconds = 20;
     std::string logFile; /* empty: no log */
+    bool tour = false;
+    std::string rowsFile; /* empty: none */
     bool help = false;
 
     std::string serverUrl() const;
