@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "core/json_tree.h"
 
+#include <limits.h>
 #include <string.h>
 
 #include <cjson/cJSON.h>
@@ -17,6 +18,33 @@ cJSON* AddNode(cJSON* ptObject, const char* pchKey, cJSON* ptNode)
         return nullptr;
     }
     return ptNode;
+}
+
+/* What the printer asks for around any value: a number's digits, the terminator and its own margin. */
+constexpr size_t c_nodeMargin = 64;
+
+/* Room for the printed tree. Escaped characters take more than they are counted for; the printer then grows the block.
+ */
+size_t PrintedSize(const cJSON* ptNode)
+{
+    size_t size = c_nodeMargin;
+    for (; ptNode != nullptr; ptNode = ptNode->next)
+    {
+        size += ptNode->string != nullptr ? strlen(ptNode->string) + 4 : 1;
+        if (cJSON_IsString(ptNode))
+        {
+            size += strlen(ptNode->valuestring) + 2;
+        }
+        else if (cJSON_IsNumber(ptNode))
+        {
+            size += 26;
+        }
+        else
+        {
+            size += PrintedSize(ptNode->child);
+        }
+    }
+    return size;
 }
 
 bool OwnText(cJSON* ptNode)
@@ -118,6 +146,19 @@ bool PubSecJsonOwnAfter(cJSON* ptObject, const cJSON* ptFormerLast)
         return true;
     }
     return OwnTexts(ptFormerLast != nullptr ? ptFormerLast->next : ptObject->child);
+}
+
+char* PubSecJsonPrint(cJSON* ptRoot)
+{
+    if (ptRoot == nullptr)
+    {
+        return nullptr;
+    }
+    const size_t size = PrintedSize(ptRoot);
+    char* pchText =
+        size <= INT_MAX ? cJSON_PrintBuffered(ptRoot, static_cast<int>(size), 0) : cJSON_PrintUnformatted(ptRoot);
+    cJSON_Delete(ptRoot);
+    return pchText;
 }
 
 char* PubSecJsonPrintIf(cJSON* ptRoot, const cJSON* ptNeeded)

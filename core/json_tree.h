@@ -33,8 +33,8 @@ const struct cJSON* PubSecJsonLast(const struct cJSON* ptObject);
 bool PubSecJsonOwnAfter(struct cJSON* ptObject, const struct cJSON* ptFormerLast);
 
 /*
- * Prints the tree unformatted, as cJSON does, into one block of about the document's size, and deletes it. Null when
- * the tree is null or there is no memory. The text is released with cJSON_free.
+ * Prints the tree unformatted into one block of about the document's size, and deletes it. Null when the tree is null
+ * or there is no memory. The text is released with cJSON_free.
  */
 char* PubSecJsonPrint(struct cJSON* ptRoot);
 
