@@ -457,7 +457,16 @@ TEST_F(Interleaving, KeepaliveElapsesBeforeItsHandleIsStoredAgain)
     expectSessionGoesOn(0);
 }
 
-/* The same with a handler that is still asking the server when the handle is stored. */
+/* A late handler of the former session runs between the cancelling of its timer and the storing of the next. */
+TEST_F(Interleaving, StaleKeepaliveElapsesWhileTheNextIsArmed)
+{
+    configure(0, info(0));
+    g_afterSetTimer = [] { elapse(_PubSecStackKeepaliveTimerHandle); };
+    passThen([] { EXPECT_THAT(keepaliveTimers(), SizeIs(1)); });
+    expectSessionGoesOn(0);
+}
+
+/* Due before its handle is stored, and still asking the server when it is. */
 TEST_F(Interleaving, ClockElapsesBeforeItsHandleIsStored)
 {
     std::promise<void> asked;
