@@ -247,6 +247,27 @@ TEST_F(Upload, AServerThatIsGone)
     EXPECT_EQ(PubSecCurlUpLoadFile(nullptr, file.path(), 0), 76u);
 }
 
+/* Posts take any certificate; the upload does not. */
+TEST_F(Upload, VerifiesTheServersCertificate)
+{
+    const TransferFile file("content");
+    viewlib::Config config;
+    config.https = true;
+    viewlib::Server secure(config);
+    secure.always("*", viewlib::Answer(200, ""));
+    secure.start();
+    EXPECT_EQ(PubSecCurlUpLoadFile(secure.url("/store").c_str(), file.path(), 0), 76u);
+    EXPECT_THAT(newLines().back(),
+                error("curl_easy_perform() failed: SSL peer certificate or SSH remote key was not OK"));
+    EXPECT_THAT(secure.exchanges(), IsEmpty());
+
+    g_atPubSecStackGlobalCommon[0] = stack::configuration("127.0.0.1", secure.port());
+    g_atPubSecStackGlobalCommon[0].dwHttpsEnable = 1;
+    g_bPubSecRegStatus[0] = 1;
+    EXPECT_EQ(PubSecPostFileData(0, "ID-1", "{}"), 50u);
+    EXPECT_THAT(secure.exchanges(), testing::SizeIs(1));
+}
+
 TEST_F(Upload, RefusedOptionsDoNotMatter)
 {
     const TransferFile file("content");

@@ -208,7 +208,7 @@ TEST_F(VideoSlicePost, AnAnswerOfMoreThan16MiBIsNotRead)
     {
         std::string body = statuses(R"({"StatusString":"OK"})");
         body += std::string(size - body.size(), ' ');
-        server.script("*", viewlib::Answer(201, body));
+        answer(201, body);
         EXPECT_EQ(post(), 50u);
         expectStatus(text);
     }
