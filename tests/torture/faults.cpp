@@ -217,10 +217,11 @@ extern "C"
         return refuses("curl_easy_init") ? nullptr : __real_curl_easy_init();
     }
 
-    CURLcode __wrap_curl_easy_setopt(CURL* handle, CURLoption option, ...)
+    CURLcode __wrap_curl_easy_setopt(CURL* handle, int which, ...)
     {
+        const CURLoption option = static_cast<CURLoption>(which);
         va_list arguments;
-        va_start(arguments, option);
+        va_start(arguments, which);
         const bool number = option < CURLOPTTYPE_OBJECTPOINT;
         const bool offset = option >= CURLOPTTYPE_OFF_T && option < CURLOPTTYPE_BLOB;
         const long small = number ? va_arg(arguments, long) : 0;
@@ -245,10 +246,11 @@ extern "C"
         return refuses("curl_easy_perform") ? CURLE_SEND_ERROR : __real_curl_easy_perform(handle);
     }
 
-    CURLcode __wrap_curl_easy_getinfo(CURL* handle, CURLINFO info, ...)
+    CURLcode __wrap_curl_easy_getinfo(CURL* handle, int which, ...)
     {
+        const CURLINFO info = static_cast<CURLINFO>(which);
         va_list arguments;
-        va_start(arguments, info);
+        va_start(arguments, which);
         void* const out = va_arg(arguments, void*);
         va_end(arguments);
         return refuses("curl_easy_getinfo") ? CURLE_UNKNOWN_OPTION : __real_curl_easy_getinfo(handle, info, out);

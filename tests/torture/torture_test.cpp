@@ -14,6 +14,7 @@
 #include <regex>
 #include <set>
 
+#include <cjson/cJSON.h>
 #include <gmock/gmock.h>
 
 #include "core/core.h"
@@ -163,6 +164,30 @@ TEST_P(Torture, SurvivesEveryFailure)
     }
     ++s_tally.operations;
     s_tally.points += calm.points;
+}
+
+/* What the driver relies on: a block that stays is told, and a point that fails is felt. */
+TEST(TortureFaults, AreCountedFeltAndTold)
+{
+    faults::install();
+    void* kept = nullptr;
+    void* volatile taken = nullptr; /* else the compiler leaves the pair out */
+    const auto takeTwo = [&] {
+        taken = std::malloc(1);
+        std::free(taken);
+        kept = cJSON_malloc(1);
+    };
+    const faults::Result calm = faults::run(0, faults::Mode::once, takeTwo);
+    EXPECT_EQ(calm.points, 2u);
+    EXPECT_EQ(calm.failed, "");
+    EXPECT_EQ(calm.leaks, "1 of cJSON");
+    cJSON_free(kept);
+    const faults::Result first = faults::run(1, faults::Mode::once, takeTwo);
+    EXPECT_EQ(first.failed, "malloc");
+    EXPECT_NE(kept, nullptr);
+    cJSON_free(kept);
+    EXPECT_EQ(faults::run(1, faults::Mode::exhaustion, takeTwo).leaks, "");
+    EXPECT_EQ(kept, nullptr);
 }
 
 /* The table lacks nothing that the headers export. */
