@@ -59,15 +59,36 @@ TEST_F(DeviceTest, DeliversAndLeaves)
     const Ended ended = run(server);
     EXPECT_EQ(ended.code, 0) << ended.errors;
     EXPECT_EQ(ended.errors, "");
-    EXPECT_THAT(ended.output, HasSubstr("  register     POST /VIID/System/Register     registered"));
-    EXPECT_THAT(ended.output, HasSubstr("  keepalive    POST /VIID/System/Keepalive    answered with status code 0\n"));
-    EXPECT_THAT(ended.output, HasSubstr("  set clock    GET /VIID/System/Time          from 2000-01-01 00:00:00 to "));
-    EXPECT_THAT(ended.output, HasSubstr("  post image   POST /VIID/Images              50 success"));
-    EXPECT_THAT(ended.output, HasSubstr("  post face    POST /VIID/Faces               50 success\n"));
-    EXPECT_THAT(ended.output, HasSubstr("  unregister   POST /VIID/System/UnRegister   the server was told\n"));
+    EXPECT_THAT(ended.output, HasSubstr("  register     POST /VIID/System/Register           registered"));
+    EXPECT_THAT(ended.output,
+                HasSubstr("  keepalive    POST /VIID/System/Keepalive          answered with status code 0\n"));
+    EXPECT_THAT(ended.output,
+                HasSubstr("  set clock    GET /VIID/System/Time                from 2000-01-01 00:00:00 to "));
+    EXPECT_THAT(ended.output, HasSubstr("  post image   POST /VIID/Images                    50 success"));
+    EXPECT_THAT(ended.output, HasSubstr("  post face    POST /VIID/Faces                     50 success\n"));
+    EXPECT_THAT(ended.output, HasSubstr("  unregister   POST /VIID/System/UnRegister         the server was told\n"));
     EXPECT_EQ(server.exchangesOf("/VIID/System/Keepalive").size(), 1u);
     EXPECT_EQ(server.exchangesOf("/VIID/System/Time").size(), 2u);
     EXPECT_TRUE(server.registrations().empty());
+}
+
+TEST_F(DeviceTest, ReportsOneOfEverythingOnATour)
+{
+    viewlib::Server server;
+    server.start();
+    const Ended ended = run(server, {"--tour"});
+    EXPECT_EQ(ended.code, 0) << ended.errors << ended.output;
+    for (const char* kind : {"Image", "Face", "Person", "MotorVehicle", "NonMotorVehicle", "Thing", "Scene",
+                             "VideoSlice", "File", "IllegalRecord", "AccessRecord", "GPSData", "WifiDevice",
+                             "RFIDDevice", "DispositionNotification", "LogEvent"})
+    {
+        EXPECT_FALSE(server.objects(kind).empty()) << kind;
+    }
+    EXPECT_EQ(server.posts("/VIID/Images/*").size(), 1u);
+    EXPECT_EQ(server.posts("/VIID/VideoSlices/*").size(), 1u);
+    ASSERT_EQ(server.uploads().size(), 1u);
+    EXPECT_EQ(server.uploads()[0].length, 307200u);
+    EXPECT_THAT(ended.output, HasSubstr("50 HTTP 200, the server holds 131072 bytes"));
 }
 
 TEST_F(DeviceTest, KeepsTheServersAnswersOutOfItsOutput)
@@ -165,8 +186,8 @@ TEST_F(DeviceTest, SaysThatAPostFailedAndLeavesAllTheSame)
     server.start();
     const Ended ended = run(server);
     EXPECT_EQ(ended.code, 1);
-    EXPECT_THAT(ended.output, HasSubstr("  post image   POST /VIID/Images              50 success"));
-    EXPECT_THAT(ended.output, HasSubstr("  post face    POST /VIID/Faces               73 HTTP above 500\n"));
+    EXPECT_THAT(ended.output, HasSubstr("  post image   POST /VIID/Images                    50 success"));
+    EXPECT_THAT(ended.output, HasSubstr("  post face    POST /VIID/Faces                     73 HTTP above 500\n"));
     EXPECT_THAT(ended.errors, HasSubstr("1 of the requests failed"));
     EXPECT_TRUE(server.registrations().empty());
 }
