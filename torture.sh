@@ -12,9 +12,11 @@ Usage: ./torture.sh [PART]
   faults   every allocation and call fails in turn, plainly and with the address sanitizer
   hostile  servers that mean harm, with shortened time-outs and with the real ones
   fuzz     the fuzz targets
+  soak     many posts and registrations, and what the process holds meanwhile
 
   RUNS=N   executions of each fuzz target but "records" (default 10000000)
   RECORDS=N  executions of the fuzz target "records" (default 100000)
+  SOAK_POSTS=N, SOAK_CYCLES=N  posts and registrations of the soak (default 5000000 and 50000)
 
 Logs and inputs that found a fault are kept below build-torture-logs. Exit status: 0 nothing failed, 1 something did.
 TEXT
@@ -106,8 +108,18 @@ fuzz() {
     one_target records "$records"
 }
 
+soak() {
+    local log=$logs/soak.log failed=0
+    export SOAK_POSTS=${SOAK_POSTS:-5000000} SOAK_CYCLES=${SOAK_CYCLES:-50000}
+    build build-torture -DCMAKE_BUILD_TYPE=Release -- soak_test
+    build-torture/bin/soak_test >"$log" 2>&1 || failed=1
+    sed -nE '/^ +after +('"$((SOAK_POSTS / 20))|$SOAK_POSTS|$((SOAK_CYCLES / 20))|$SOAK_CYCLES"'):/p' "$log"
+    promise "memory, descriptors and threads stay flat" "$SOAK_POSTS posts and $SOAK_CYCLES registrations" "$failed"
+}
+
 case ${1:-} in
-'')          faults ; hostile ; fuzz ;;
+'')          faults ; hostile ; fuzz ; soak ;;
+soak)        soak ;;
 faults)      faults ;;
 hostile)     hostile ;;
 fuzz)        fuzz ;;
