@@ -245,7 +245,7 @@ void keepBody(const Listener& listener, Transfer& transfer, const char* data, st
         transfer.reception.upload->write(data, size);
         return;
     }
-    if (exchange.oversized || size > listener.maxBody() - exchange.body.size())
+    if (exchange.oversized || size > transfer.reception.maxBody.value_or(listener.maxBody()) - exchange.body.size())
     {
         exchange.oversized = true;
         exchange.body.clear();

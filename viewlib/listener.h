@@ -25,6 +25,7 @@ struct Reception
 {
     std::optional<Answer> early;          /* waits for the body all the same */
     std::unique_ptr<UploadWriter> upload; /* where the body goes; none: into the exchange */
+    std::optional<std::size_t> maxBody;   /* instead of the listener's */
 };
 
 /* What decides the answers. Called by the threads of the connections. */

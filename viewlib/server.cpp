@@ -1,6 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "viewlib/server.h"
 
+#include "api.h"
+#include "api_control.h"
+#include "devices.h"
+#include "exchange_summary.h"
+#include "feed.h"
 #include "journal.h"
 #include "listener.h"
 #include "script.h"
@@ -50,6 +55,12 @@ bool replacesHandling(const std::optional<Answer>& scripted)
     return scripted && scripted->status != 0 && !scripted->takeEffect;
 }
 
+/* Registrations change there. */
+bool isSessionPath(const std::string& path)
+{
+    return pathFits("/VIID/System/*", path);
+}
+
 bool bodyAllowed(unsigned status)
 {
     return status >= 200 && status != 204 && status != 304;
@@ -61,18 +72,19 @@ struct Server::Engine : Handler
 {
     explicit Engine(Config settings)
         : config(std::move(settings)), store(config.storage), uploads(config.storage), service(config, store, uploads),
-          journal(config.maxExchanges), listener(*this, config.maxBody), port(config.port)
+          devices(store, service, feed), api({config.address}), journal(config.maxExchanges),
+          listener(*this, config.maxBody), port(config.port)
     {
+        addControlEndpoints(api, {config, store, uploads, service, devices, feed, [this] { return url(); },
+                                  [this] { return lastExchange.load(); }});
     }
+    std::string url() const;
 
     Reception begin(const Exchange& exchange) override;
     Answer finish(Exchange& exchange, Reception reception) override;
-    void abandon(Exchange& exchange) override
-    {
-        exchange.received = service.now();
-        record(exchange);
-    }
+    void abandon(Exchange& exchange) override;
 
+    Answer serveApi(const Exchange& exchange) const;
     Answer decide(const Exchange& exchange, Reception reception);
     Answer handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload);
     void complete(const Exchange& exchange, Answer& answer) const;
@@ -82,15 +94,40 @@ struct Server::Engine : Handler
     Store store;
     Uploads uploads;
     Service service;
+    Feed feed;
+    Devices devices;
+    Api api;
     Script script;
     Journal journal;
     Listener listener;
     std::atomic<std::uint16_t> port;
+    std::atomic<std::uint64_t> lastExchange{0};
 };
+
+std::string Server::Engine::url() const
+{
+    const bool ipv6 = config.address.find(':') != std::string::npos;
+    return std::string(config.https ? "https://" : "http://") + (ipv6 ? "[" + config.address + "]" : config.address) +
+           ":" + std::to_string(port);
+}
+
+void Server::Engine::abandon(Exchange& exchange)
+{
+    exchange.received = service.now();
+    if (!Api::serves(exchange.path))
+    {
+        record(exchange);
+    }
+}
 
 Reception Server::Engine::begin(const Exchange& exchange)
 {
     Reception reception;
+    if (Api::serves(exchange.path))
+    {
+        reception.maxBody = Api::maxBody;
+        return reception;
+    }
     reception.early = script.take(exchange.path, Script::Stage::HeadersRead);
     if (!service.isUpload(exchange))
     {
@@ -110,6 +147,12 @@ Reception Server::Engine::begin(const Exchange& exchange)
 Answer Server::Engine::finish(Exchange& exchange, Reception reception)
 {
     exchange.received = service.now();
+    if (Api::serves(exchange.path))
+    {
+        return serveApi(exchange);
+    }
+    const auto read = std::chrono::steady_clock::now();
+    exchange.reading = std::chrono::duration_cast<std::chrono::microseconds>(read - exchange.arrived);
     Answer answer;
     try
     {
@@ -125,7 +168,23 @@ Answer Server::Engine::finish(Exchange& exchange, Reception reception)
     exchange.answer = silent ? answer.raw.value_or("") : *answer.body;
     exchange.answerHeaders = silent ? std::vector<Header>() : answer.headers;
     exchange.cut = answer.cut;
+    exchange.handling = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - read);
     record(exchange);
+    return answer;
+}
+
+Answer Server::Engine::serveApi(const Exchange& exchange) const
+{
+    Answer answer;
+    try
+    {
+        answer = *api.handle(exchange);
+    }
+    catch (const std::exception& error)
+    {
+        answer = errorReply(500, error.what());
+    }
+    complete(exchange, answer);
     return answer;
 }
 
@@ -174,7 +233,14 @@ void Server::Engine::complete(const Exchange& exchange, Answer& answer) const
 
 void Server::Engine::record(Exchange& exchange)
 {
+    devices.see(exchange);
     journal.add(exchange);
+    lastExchange = exchange.number;
+    if (isSessionPath(exchange.path))
+    {
+        devices.refresh();
+    }
+    feed.publish("exchange", exchange.received, summaryOf(exchange));
     if (config.observer)
     {
         config.observer(exchange);
@@ -194,12 +260,14 @@ void Server::start()
 {
     if (!running())
     {
+        m_engine->feed.open();
         m_engine->port = m_engine->listener.start(m_engine->config.address, m_engine->port, m_engine->config.https);
     }
 }
 
 void Server::stop()
 {
+    m_engine->feed.close();
     m_engine->listener.stop();
 }
 
@@ -225,10 +293,7 @@ std::uint16_t Server::port() const
 
 std::string Server::url(const std::string& path) const
 {
-    const std::string& address = m_engine->config.address;
-    const bool ipv6 = address.find(':') != std::string::npos;
-    return std::string(m_engine->config.https ? "https://" : "http://") + (ipv6 ? "[" + address + "]" : address) + ":" +
-           std::to_string(port()) + path;
+    return m_engine->url() + path;
 }
 
 void Server::script(const std::string& path, Answer answer)

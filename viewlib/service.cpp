@@ -3,6 +3,7 @@
 
 #include "json.h"
 #include "reading.h"
+#include "sqlite.h"
 #include "text.h"
 
 #include <algorithm>
@@ -104,8 +105,21 @@ std::chrono::system_clock::time_point Service::shownTime() const
 
 bool Service::online(const Registration& registration) const
 {
-    return m_config.registrationLifetime.count() == 0 ||
-           now() - registration.lastKeepalive <= m_config.registrationLifetime;
+    const std::optional<std::chrono::system_clock::time_point> end = expiry(registration);
+    return !end || now() <= *end;
+}
+
+std::optional<std::chrono::system_clock::time_point> Service::expiry(const Registration& registration) const
+{
+    const bool expired = toMilliseconds(registration.lastKeepalive) == 0; /* by Store::expireRegistration */
+    return expired || m_config.registrationLifetime.count() != 0
+               ? std::optional(registration.lastKeepalive + m_config.registrationLifetime)
+               : std::nullopt;
+}
+
+bool Service::expire(const std::string& device)
+{
+    return m_store.expireRegistration(device);
 }
 
 Answer Service::envelope(const Exchange& exchange, unsigned http, const std::vector<Status>& statuses) const

@@ -61,10 +61,18 @@ class Service
     Answer envelope(const Exchange& exchange, unsigned http, const std::vector<Status>& statuses) const;
 
     std::chrono::system_clock::time_point now() const;
+    std::chrono::system_clock::time_point shownTime() const; /* the clock that clients are shown */
     bool online(const Registration& registration) const;
+    /* When it expires unless a sign of life comes; nothing: never. */
+    std::optional<std::chrono::system_clock::time_point> expiry(const Registration& registration) const;
+    bool expire(const std::string& device); /* at once; false: it is not registered */
     void setClockOffset(std::chrono::milliseconds offset)
     {
         m_clockOffset = offset;
+    }
+    std::chrono::milliseconds clockOffset() const
+    {
+        return m_clockOffset;
     }
 
   private:
@@ -93,7 +101,6 @@ class Service
     Identity identify(const Exchange& exchange, const char* root) const;
     Answer fault(const Exchange& exchange, unsigned http, StatusCode code, const std::string& text) const;
     StoredPost postOf(const Exchange& exchange) const;
-    std::chrono::system_clock::time_point shownTime() const;
 
     const Config m_config;
     Store& m_store;

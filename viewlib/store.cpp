@@ -118,6 +118,14 @@ void Store::forgetRegistrations()
     Statement(m_database.get(), "DELETE FROM registrations").run();
 }
 
+/* A sign of life at the beginning of all time stands for one that no longer counts. */
+bool Store::expireRegistration(const std::string& device)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement(m_database.get(), "UPDATE registrations SET keepalive = 0 WHERE device = ?").bind(device).run();
+    return sqlite3_changes(m_database.get()) != 0;
+}
+
 std::optional<Registration> Store::registration(const std::string& device) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -226,6 +234,19 @@ StoreCounts Store::counts() const
     counts.posts = static_cast<std::size_t>(row.integer());
     counts.objects = static_cast<std::size_t>(row.integer());
     counts.pictures = static_cast<std::size_t>(row.integer());
+    return counts;
+}
+
+std::map<std::string, std::size_t> Store::postsByDevice() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    Statement row(m_database.get(), "SELECT device, count(*) FROM posts GROUP BY device");
+    std::map<std::string, std::size_t> counts;
+    while (row.step())
+    {
+        const std::string device = row.bytes();
+        counts[device] = static_cast<std::size_t>(row.integer());
+    }
     return counts;
 }
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -46,12 +47,14 @@ class Store
     bool removeRegistration(const std::string& device); /* false: there was none */
     void keepAlive(const std::string& device, Time now);
     void forgetRegistrations();
+    bool expireRegistration(const std::string& device); /* false: there is none */
     std::optional<Registration> registration(const std::string& device) const;
     std::vector<Registration> registrations() const;
 
     /* All of a post or nothing of it. */
     void add(const StoredPost& post, const std::vector<FoundObject>& objects);
     StoreCounts counts() const;
+    std::map<std::string, std::size_t> postsByDevice() const;
     std::vector<StoredPost> posts(const std::string& path) const;
     std::vector<StoredObject> objects(const std::string& kind) const;
     std::vector<Picture> pictures(const std::string& objectId) const;

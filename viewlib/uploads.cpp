@@ -298,6 +298,12 @@ std::optional<Upload> Uploads::state(const std::string& name) const
     return describe(name, *held);
 }
 
+std::size_t Uploads::count() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_files.size();
+}
+
 std::vector<Upload> Uploads::all() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

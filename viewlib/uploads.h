@@ -78,6 +78,7 @@ class Uploads
     /* Length and hash alone; nothing when no upload of that name has begun. */
     std::optional<Upload> state(const std::string& name) const;
     std::vector<Upload> all() const;
+    std::size_t count() const;
 
   private:
     std::shared_ptr<HeldFile> find(const std::string& name) const;

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,11 @@ struct Exchange
     std::vector<Header> answerHeaders; /* those the server sets itself, without length, date and connection */
     std::string answer;
     Cut cut = Cut::None;
+
+    std::chrono::microseconds reading{0};  /* from the headers to the end of the body */
+    std::chrono::microseconds handling{0}; /* from there until the answer was decided */
+    std::int64_t post = 0;                 /* StoredPost::id of what it was stored as; 0: nothing was */
+    std::optional<std::int64_t> fault;     /* the fault that shaped the answer */
 
     /* The value of the first header of that name in any case of letters; empty when there is none. */
     std::string header(std::string_view name) const;

@@ -1,0 +1,93 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "exchange_summary.h"
+
+#include "sqlite.h"
+
+#include <charconv>
+#include <chrono>
+#include <optional>
+
+namespace viewlib
+{
+
+namespace
+{
+
+/* The first status of an envelope, wherever it stands in it. */
+const cJSON* findStatus(const cJSON* node, int depth)
+{
+    if (node == nullptr || depth == 0)
+    {
+        return nullptr;
+    }
+    if (cJSON_IsObject(node) && cJSON_GetObjectItemCaseSensitive(node, "StatusCode") != nullptr)
+    {
+        return node;
+    }
+    return findStatus(node->child, depth - 1);
+}
+
+struct Told
+{
+    std::optional<int> code;
+    std::string text;
+};
+
+/* Codes are sent as numbers and as texts. */
+Told readStatus(const std::string& answer)
+{
+    constexpr int deepest = 4;
+    constexpr std::size_t largest = 65536; /* an envelope is small; pictures and documents are not searched */
+    Told told;
+    const Json tree = answer.size() <= largest ? parseJson(answer) : nullptr;
+    const cJSON* status = findStatus(tree.get(), deepest);
+    const cJSON* code = cJSON_GetObjectItemCaseSensitive(status, "StatusCode");
+    if (cJSON_IsNumber(code))
+    {
+        told.code = code->valueint;
+    }
+    else if (const char* text = cJSON_GetStringValue(code))
+    {
+        const std::string_view digits(text);
+        int value = 0;
+        const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+        told.code = parsed.ec == std::errc() && parsed.ptr == digits.data() + digits.size() ? std::optional<int>(value)
+                                                                                            : std::nullopt;
+    }
+    told.text = textOf(status, "StatusString");
+    return told;
+}
+
+void addNumber(cJSON* object, const char* name, std::uint64_t number)
+{
+    cJSON_AddNumberToObject(object, name, static_cast<double>(number));
+}
+
+} // namespace
+
+Json summaryOf(const Exchange& exchange)
+{
+    Json root(cJSON_CreateObject());
+    cJSON* object = root.get();
+    const Told told = readStatus(exchange.answer);
+    addNumber(object, "Exchange", exchange.number);
+    cJSON_AddNumberToObject(object, "Time", static_cast<double>(toMilliseconds(exchange.received)));
+    cJSON_AddStringToObject(object, "Client", exchange.peer.c_str());
+    cJSON_AddStringToObject(object, "Device", exchange.device().c_str());
+    cJSON_AddStringToObject(object, "Method", exchange.method.c_str());
+    cJSON_AddStringToObject(object, "Path", exchange.path.c_str());
+    cJSON_AddNumberToObject(object, "Status", exchange.status);
+    cJSON_AddItemToObject(object, "StatusCode", told.code ? cJSON_CreateNumber(*told.code) : cJSON_CreateNull());
+    addNumber(object, "RequestBytes", exchange.bodyLength);
+    addNumber(object, "AnswerBytes", exchange.answer.size());
+    const std::chrono::duration<double, std::milli> took = exchange.reading + exchange.handling;
+    cJSON_AddNumberToObject(object, "Ms", took.count());
+    cJSON_AddItemToObject(object, "Fault",
+                          exchange.fault ? cJSON_CreateNumber(static_cast<double>(*exchange.fault))
+                                         : cJSON_CreateNull());
+    cJSON_AddStringToObject(object, "Reason", told.code.value_or(0) == 0 ? "" : told.text.c_str());
+    cJSON_AddBoolToObject(object, "Complete", exchange.complete ? 1 : 0);
+    return root;
+}
+
+} // namespace viewlib
