@@ -16,13 +16,17 @@ packages_of() {
         echo g++ make cmake pkg-config
         echo libcurl4-openssl-dev libcjson-dev            # the library
         echo libmicrohttpd-dev libsqlite3-dev libssl-dev  # the development view library
+        echo libtomlplusplus-dev                          # its configuration file
         echo sqlite3                                      # demo.sh looks into the server's data with it
         ;;
     test)
         echo libgtest-dev libgmock-dev
+        echo curl python3-requests                        # clients of others, for the view library
+        echo mandoc                                       # the form of the man page
         ;;
     bench)
         echo libbenchmark-dev rapidjson-dev nlohmann-json3-dev
+        echo nginx-light                                  # the load on the view library, for comparison
         echo g++-arm-linux-gnueabihf                      # the size of the library on a device
         ;;
     check)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace viewlib
 {
@@ -13,7 +14,14 @@ struct Certificate
     std::string certificate;
 };
 
-/* A fresh self-signed pair for an address, valid for a year. Throws std::runtime_error. */
-Certificate makeCertificate(const std::string& address);
+/* A fresh self-signed pair for addresses, valid for ten years. Throws std::runtime_error. */
+Certificate makeCertificate(const std::vector<std::string>& addresses);
+
+/* The pair that is kept in a directory as "viewlib.key", which only its owner can read, and "viewlib.crt"; made when
+ * there is none. Throws std::runtime_error, also for a pair that does not fit or has expired. */
+Certificate keptCertificate(const std::string& directory, const std::vector<std::string>& addresses);
+
+/* The SHA-256 of the certificate as browsers and openssl show it: "AB:CD:...". */
+std::string fingerprint(const Certificate& certificate);
 
 } // namespace viewlib

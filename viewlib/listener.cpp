@@ -1,7 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "listener.h"
 
-#include "certificate.h"
 #include "delivery.h"
 
 #include <microhttpd.h>
@@ -30,6 +29,7 @@ struct Transfer
 {
     Exchange exchange;
     Reception reception;
+    Connection* connection = nullptr;
     bool begun = false;
     bool finished = false;
 };
@@ -157,15 +157,24 @@ MHD_Result onHeader(void* context, MHD_ValueKind, const char* name, const char* 
     return MHD_YES;
 }
 
-void onConnection(void* context, MHD_Connection*, void** connectionContext, MHD_ConnectionNotificationCode code)
+/* The end is told before the socket is closed, so that no other connection has its number by then. */
+void onConnection(void* context, MHD_Connection* connection, void** connectionContext,
+                  MHD_ConnectionNotificationCode code)
 {
+    Listener& listener = *static_cast<Listener*>(context);
     if (code == MHD_CONNECTION_NOTIFY_STARTED)
     {
-        *connectionContext = new std::uint64_t(static_cast<Listener*>(context)->nextConnection());
+        *connectionContext = listener.connections().add(socketOf(connection), listener.config().headerTimeout);
         return;
     }
-    delete static_cast<std::uint64_t*>(*connectionContext);
+    listener.connections().remove(static_cast<const Connection*>(*connectionContext));
     *connectionContext = nullptr;
+}
+
+Connection* connectionOf(MHD_Connection* connection)
+{
+    const MHD_ConnectionInfo* context = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
+    return context == nullptr ? nullptr : static_cast<Connection*>(context->socket_context);
 }
 
 void readHeaders(MHD_Connection* connection, const char* method, Exchange& exchange)
@@ -173,11 +182,6 @@ void readHeaders(MHD_Connection* connection, const char* method, Exchange& excha
     exchange.arrived = std::chrono::steady_clock::now();
     exchange.method = method;
     MHD_get_connection_values(connection, MHD_HEADER_KIND, onHeader, &exchange);
-    const MHD_ConnectionInfo* context = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT);
-    if (context != nullptr && context->socket_context != nullptr)
-    {
-        exchange.connection = *static_cast<const std::uint64_t*>(context->socket_context);
-    }
     const MHD_ConnectionInfo* peer = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CLIENT_ADDRESS);
     if (peer != nullptr)
     {
@@ -215,6 +219,7 @@ MHD_Result goOn(Listener& listener, MHD_Connection* connection, const Transfer& 
     }
     if (transfer.exchange.bodyLength < readingLimit(transfer))
     {
+        transfer.connection->expect(listener.config().idleTimeout);
         return MHD_YES;
     }
     const std::optional<std::uint64_t>& stallAfter = transfer.reception.early->stallAfterRequestBytes;
@@ -228,6 +233,9 @@ MHD_Result goOn(Listener& listener, MHD_Connection* connection, const Transfer& 
 MHD_Result beginTransfer(Listener& listener, MHD_Connection* connection, const char* method, Transfer& transfer)
 {
     transfer.begun = true;
+    transfer.connection = connectionOf(connection);
+    transfer.connection->hold();
+    transfer.exchange.connection = transfer.connection->number();
     readHeaders(connection, method, transfer.exchange);
     transfer.reception = listener.handler().begin(transfer.exchange);
     const std::optional<Answer>& early = transfer.reception.early;
@@ -245,7 +253,8 @@ void keepBody(const Listener& listener, Transfer& transfer, const char* data, st
         transfer.reception.upload->write(data, size);
         return;
     }
-    if (exchange.oversized || size > transfer.reception.maxBody.value_or(listener.maxBody()) - exchange.body.size())
+    if (exchange.oversized ||
+        size > transfer.reception.maxBody.value_or(listener.config().maxBody) - exchange.body.size())
     {
         exchange.oversized = true;
         exchange.body.clear();
@@ -277,6 +286,7 @@ bool readPaced(Listener& listener, Transfer& transfer, const char* data, std::si
 MHD_Result readBody(Listener& listener, MHD_Connection* connection, Transfer& transfer, const char* data,
                     std::size_t size)
 {
+    transfer.connection->hold();
     const std::uint64_t room = readingLimit(transfer) - transfer.exchange.bodyLength;
     if (!readPaced(listener, transfer, data, static_cast<std::size_t>(std::min<std::uint64_t>(size, room))))
     {
@@ -298,6 +308,7 @@ MHD_Result serve(Listener& listener, MHD_Connection* connection, const char* met
         *size = 0;
         return readBody(listener, connection, transfer, data, arrived);
     }
+    transfer.connection->hold();
     transfer.finished = true;
     transfer.exchange.complete = true;
     const Answer answer = listener.handler().finish(transfer.exchange, std::move(transfer.reception));
@@ -319,58 +330,124 @@ MHD_Result onRequest(void* context, MHD_Connection* connection, const char*, con
     }
 }
 
-void onCompleted(void* context, MHD_Connection*, void** requestContext, MHD_RequestTerminationCode)
+void onCompleted(void* context, MHD_Connection* connection, void** requestContext, MHD_RequestTerminationCode)
 {
     const std::unique_ptr<Transfer> transfer(static_cast<Transfer*>(*requestContext));
     *requestContext = nullptr;
+    Listener& listener = *static_cast<Listener*>(context);
     if (transfer && transfer->begun && !transfer->finished)
     {
-        static_cast<Listener*>(context)->handler().abandon(transfer->exchange);
+        listener.handler().abandon(transfer->exchange);
+    }
+    if (Connection* const open = connectionOf(connection))
+    {
+        open->expect(listener.config().idleTimeout);
+    }
+}
+
+/* One socket for each address, all on one port. */
+std::vector<std::unique_ptr<Socket>> listenOnAll(const std::vector<std::string>& addresses, std::uint16_t port)
+{
+    std::vector<std::unique_ptr<Socket>> sockets;
+    for (const std::string& address : addresses)
+    {
+        sockets.push_back(std::make_unique<Socket>(listenOn(parseAddress(address, port))));
+        port = portOf(sockets.back()->get());
+    }
+    return sockets;
+}
+
+/* The port that is free on one address may be taken on another. */
+std::vector<std::unique_ptr<Socket>> listenOnAnyPort(const std::vector<std::string>& addresses)
+{
+    constexpr int attempts = 20;
+    for (int attempt = 1;; ++attempt)
+    {
+        try
+        {
+            return listenOnAll(addresses, 0);
+        }
+        catch (const std::runtime_error&)
+        {
+            if (attempt == attempts || addresses.size() == 1)
+            {
+                throw;
+            }
+        }
     }
 }
 
 } // namespace
 
-std::uint16_t Listener::start(const std::string& address, std::uint16_t port, bool https)
+bool canListenOn(const std::string& address)
 {
-    Socket listening(listenOn(parseAddress(address, port)));
-    const std::uint16_t chosen = portOf(listening.get());
-    const Certificate certificate = https ? makeCertificate(address) : Certificate{};
-    MHD_OptionItem security[] = {{MHD_OPTION_HTTPS_MEM_KEY, 0, const_cast<char*>(certificate.key.c_str())},
-                                 {MHD_OPTION_HTTPS_MEM_CERT, 0, const_cast<char*>(certificate.certificate.c_str())},
-                                 {MHD_OPTION_END, 0, nullptr}};
-    if (!https)
-    {
-        security[0].option = MHD_OPTION_END;
-    }
+    const Address parsed = parseAddress(address, 0);
+    const auto* raw = reinterpret_cast<const sockaddr*>(&parsed.storage);
+    const Socket probe(socket(raw->sa_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return probe.get() >= 0 && bind(probe.get(), raw, parsed.length) == 0;
+}
+
+std::uint16_t Listener::start(std::uint16_t port, const std::optional<Certificate>& certificate)
+{
+    const std::vector<std::string> addresses = m_config.addresses();
+    const auto sockets = port == 0 ? listenOnAnyPort(addresses) : listenOnAll(addresses, port);
+    const std::uint16_t chosen = portOf(sockets.front()->get());
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_stopping = false;
     }
-    const unsigned flags = MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL |
-                           MHD_USE_ITC | (https ? unsigned(MHD_USE_TLS) : 0U);
-    /* clang-format off */
-    m_daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, onRequest, this,
-                                MHD_OPTION_LISTEN_SOCKET, listening.get(),
-                                MHD_OPTION_URI_LOG_CALLBACK, onRequestLine, this,
-                                MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
-                                MHD_OPTION_NOTIFY_CONNECTION, onConnection, this,
-                                MHD_OPTION_CONNECTION_MEMORY_LIMIT, std::size_t(256) << 10,
-                                MHD_OPTION_ARRAY, security,
-                                MHD_OPTION_END);
-    /* clang-format on */
-    if (m_daemon == nullptr)
+    constexpr std::chrono::milliseconds longest(1000);
+    m_connections.start(std::min({longest, m_config.headerTimeout / 4, m_config.idleTimeout / 4}));
+    m_running = true;
+    for (const std::unique_ptr<Socket>& listening : sockets)
     {
-        throw std::runtime_error("the HTTP server cannot be started on port " + std::to_string(chosen));
+        try
+        {
+            startDaemon(listening->get(), certificate);
+        }
+        catch (...)
+        {
+            stop();
+            throw;
+        }
+        listening->release();
     }
-    listening.release();
     return chosen;
+}
+
+void Listener::startDaemon(int listening, const std::optional<Certificate>& certificate)
+{
+    const Certificate pair = certificate.value_or(Certificate{});
+    MHD_OptionItem security[] = {{MHD_OPTION_HTTPS_MEM_KEY, 0, const_cast<char*>(pair.key.c_str())},
+                                 {MHD_OPTION_HTTPS_MEM_CERT, 0, const_cast<char*>(pair.certificate.c_str())},
+                                 {MHD_OPTION_END, 0, nullptr}};
+    if (!certificate)
+    {
+        security[0].option = MHD_OPTION_END;
+    }
+    const unsigned flags = MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL |
+                           MHD_USE_ITC | (certificate ? unsigned(MHD_USE_TLS) : 0U);
+    /* clang-format off */
+    MHD_Daemon* daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, onRequest, this,
+                                          MHD_OPTION_LISTEN_SOCKET, listening,
+                                          MHD_OPTION_URI_LOG_CALLBACK, onRequestLine, this,
+                                          MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this,
+                                          MHD_OPTION_NOTIFY_CONNECTION, onConnection, this,
+                                          MHD_OPTION_CONNECTION_MEMORY_LIMIT, std::size_t(256) << 10,
+                                          MHD_OPTION_CONNECTION_LIMIT, m_config.maxConnections,
+                                          MHD_OPTION_ARRAY, security,
+                                          MHD_OPTION_END);
+    /* clang-format on */
+    if (daemon == nullptr)
+    {
+        throw std::runtime_error("the HTTP server cannot be started on port " + std::to_string(portOf(listening)));
+    }
+    m_daemons.push_back(daemon);
 }
 
 void Listener::stop()
 {
-    MHD_Daemon* daemon = m_daemon.exchange(nullptr);
-    if (daemon == nullptr)
+    if (!m_running.exchange(false))
     {
         return;
     }
@@ -379,7 +456,12 @@ void Listener::stop()
         m_stopping = true;
     }
     m_wake.notify_all();
-    MHD_stop_daemon(daemon);
+    for (MHD_Daemon* daemon : m_daemons)
+    {
+        MHD_stop_daemon(daemon);
+    }
+    m_daemons.clear();
+    m_connections.stop();
 }
 
 bool Listener::pause(std::chrono::milliseconds time)

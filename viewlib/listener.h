@@ -1,8 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #pragma once
 
+#include "certificate.h"
+#include "connections.h"
 #include "uploads.h"
 #include "viewlib/answer.h"
+#include "viewlib/config.h"
 #include "viewlib/exchange.h"
 
 #include <atomic>
@@ -14,6 +17,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct MHD_Daemon;
 
@@ -41,11 +45,15 @@ class Handler
     virtual void abandon(Exchange& exchange) = 0;
 };
 
+/* Whether this machine has the address. */
+bool canListenOn(const std::string& address);
+
 /* A port with a thread for each of its connections, so that a slow answer holds up nobody else. */
 class Listener
 {
   public:
-    Listener(Handler& handler, std::size_t maxBody) : m_handler(handler), m_maxBody(maxBody)
+    /* Of the settings it keeps no copy. */
+    Listener(Handler& handler, const Config& config) : m_handler(handler), m_config(config)
     {
     }
     ~Listener()
@@ -55,12 +63,13 @@ class Listener
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    /* Port 0 takes any free port; returns the port. Throws std::runtime_error. */
-    std::uint16_t start(const std::string& address, std::uint16_t port, bool https);
+    /* On all addresses of the settings. Port 0 takes any free port; returns the port. With a certificate: HTTPS.
+     * Throws std::runtime_error. */
+    std::uint16_t start(std::uint16_t port, const std::optional<Certificate>& certificate);
     void stop();
     bool running() const
     {
-        return m_daemon != nullptr;
+        return m_running;
     }
 
     /* Sleeps; false as soon as the listener stops. */
@@ -70,20 +79,23 @@ class Listener
     {
         return m_handler;
     }
-    std::size_t maxBody() const
+    const Config& config() const
     {
-        return m_maxBody;
+        return m_config;
     }
-    std::uint64_t nextConnection()
+    Connections& connections()
     {
-        return ++m_connections;
+        return m_connections;
     }
 
   private:
+    void startDaemon(int listening, const std::optional<Certificate>& certificate);
+
     Handler& m_handler;
-    const std::size_t m_maxBody;
-    std::atomic<MHD_Daemon*> m_daemon{nullptr};
-    std::atomic<std::uint64_t> m_connections{0};
+    const Config& m_config;
+    Connections m_connections;
+    std::vector<MHD_Daemon*> m_daemons; /* one for each address */
+    std::atomic<bool> m_running{false};
 
     std::mutex m_mutex;
     std::condition_variable m_wake;

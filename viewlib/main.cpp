@@ -1,11 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "listener.h"
 #include "options.h"
 #include "text.h"
 #include "viewlib/server.h"
 
 #include <pthread.h>
 #include <signal.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
@@ -43,19 +46,41 @@ void printExchange(const viewlib::Exchange& exchange)
     std::fflush(stdout);
 }
 
+std::string join(const std::vector<std::string>& texts)
+{
+    std::string joined;
+    for (const std::string& text : texts)
+    {
+        joined += (joined.empty() ? "" : " and ") + text;
+    }
+    return joined;
+}
+
+bool isLoopback(const std::string& address)
+{
+    return address.compare(0, 4, "127.") == 0 || address == "::1";
+}
+
 void printStart(const viewlib::Server& server, const viewlib::Config& config)
 {
     const viewlib::Config defaults;
     const bool standard = config.password == defaults.password;
+    const bool memory = config.storage == defaults.storage;
     const std::string credentials = config.user.empty() ? "registration needs no credentials"
                                                         : "user \"" + config.user + "\", password " +
                                                               (standard ? '"' + config.password + '"' : "as given");
-    const std::string place = config.storage == ":memory:" ? "memory" : '"' + config.storage + '"';
-    std::printf("viewlibd: listening on %s, %s, data in %s\n", server.url().c_str(), credentials.c_str(),
+    const std::string place = memory ? "memory" : '"' + config.storage + '"';
+    std::printf("viewlibd: listening on %s, %s, data in %s\n", join(server.urls()).c_str(), credentials.c_str(),
                 place.c_str());
+    if (config.https)
+    {
+        std::printf("viewlibd: certificate %s, SHA-256 fingerprint %s\n", memory ? "made for this run" : "kept there",
+                    server.certificateFingerprint().c_str());
+    }
     std::fflush(stdout);
-    const bool local = config.address.compare(0, 4, "127.") == 0 || config.address == "::1";
-    if (!local && standard)
+    const bool local =
+        isLoopback(config.address) && std::all_of(config.moreAddresses.begin(), config.moreAddresses.end(), isLoopback);
+    if (!local && standard && !config.user.empty())
     {
         std::fprintf(stderr, "viewlibd: warning: other machines can reach it and the password is the standard one\n");
     }
@@ -74,6 +99,33 @@ void writePort(const std::string& name, unsigned port)
     }
 }
 
+/* A connection takes a descriptor, and so does a picture that is written. */
+void allowConnections(unsigned most)
+{
+    rlimit files{};
+    const rlim_t wanted = rlim_t(4) * most + 256;
+    if (getrlimit(RLIMIT_NOFILE, &files) == 0 && files.rlim_cur < wanted)
+    {
+        files.rlim_cur = std::min(wanted, files.rlim_max);
+        setrlimit(RLIMIT_NOFILE, &files);
+    }
+}
+
+void setAddresses(viewlib::Options& options)
+{
+    std::vector<std::string>& all = options.listen;
+    if (all.empty())
+    {
+        all = {"127.0.0.1"};
+        if (viewlib::canListenOn("::1"))
+        {
+            all.push_back("::1");
+        }
+    }
+    options.config.address = all.front();
+    options.config.moreAddresses.assign(all.begin() + 1, all.end());
+}
+
 void serve(viewlib::Options options)
 {
     /* Blocked before the server starts its threads, so that only sigwait gets them. */
@@ -83,6 +135,8 @@ void serve(viewlib::Options options)
     sigaddset(&signals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
+    setAddresses(options);
+    allowConnections(options.config.maxConnections);
     options.config.maxExchanges = 0; /* nobody here reads the log */
     if (options.verbose)
     {

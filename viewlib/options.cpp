@@ -1,12 +1,15 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "options.h"
 
+#include "settings_file.h"
+
 #include <arpa/inet.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <functional>
+#include <set>
 
 namespace viewlib
 {
@@ -17,83 +20,136 @@ namespace
 constexpr std::uint16_t defaultPort = 8080;
 constexpr long long maxSeconds = 366LL * 24 * 60 * 60;
 
+/* What is wrong with a value; whoever knows where it stands says so. */
+struct Wrong
+{
+    std::string why;
+};
+
+/*
+ * An option of the command line, and a key of the file. Every value is handed on as the text that it is on the command
+ * line, a flag as "true" or "false".
+ */
 struct Option
 {
     const char* name;
-    const char* value; /* what it is called in the help; null: the option has none */
+    const char* value; /* what it is called in the help; null: a flag */
     const char* help;
-    std::function<void(Options&, const std::string&)> apply;
+    SettingType type; /* in the file */
+    std::string expected;
+    std::function<void(Options&, const std::string&)> apply; /* throws Wrong */
+    bool repeatable = false;                                 /* in the file: an array may stand for it */
+    bool commandLineOnly = false;
+    bool secret = false; /* its value is never repeated */
 };
 
-[[noreturn]] void refuse(const char* option, const std::string& value, const std::string& why)
+Option number(const char* name, const char* value, const char* help, long long least, long long most,
+              std::function<void(Options&, long long)> set)
 {
-    throw UsageError(std::string("--") + option + " \"" + value + "\": " + why);
+    const std::string expected = "a whole number from " + std::to_string(least) + " to " + std::to_string(most);
+    const auto apply = [=](Options& options, const std::string& text) {
+        long long parsed = 0;
+        const auto end = std::from_chars(text.data(), text.data() + text.size(), parsed);
+        if (end.ec != std::errc() || end.ptr != text.data() + text.size() || parsed < least || parsed > most)
+        {
+            throw Wrong{"expected " + expected};
+        }
+        set(options, parsed);
+    };
+    return {name, value, help, SettingType::Integer, expected, apply};
 }
 
-long long number(const char* option, const std::string& value, long long least, long long most)
+Option flag(const char* name, const char* help, std::function<void(Options&, bool)> set)
 {
-    long long result = 0;
-    const auto parsed = std::from_chars(value.data(), value.data() + value.size(), result);
-    if (parsed.ec != std::errc() || parsed.ptr != value.data() + value.size() || result < least || result > most)
-    {
-        refuse(option, value, "expected a whole number from " + std::to_string(least) + " to " + std::to_string(most));
-    }
-    return result;
-}
-
-std::string address(const char* option, const std::string& value)
-{
-    unsigned char bytes[sizeof(in6_addr)];
-    if (inet_pton(AF_INET, value.c_str(), bytes) != 1 && inet_pton(AF_INET6, value.c_str(), bytes) != 1)
-    {
-        refuse(option, value, "expected an IPv4 or IPv6 address such as 127.0.0.1 or ::1");
-    }
-    return value;
+    const char* const expected = "true or false";
+    const auto apply = [=](Options& options, const std::string& text) {
+        if (text != "true" && text != "false")
+        {
+            throw Wrong{std::string("expected ") + expected};
+        }
+        set(options, text == "true");
+    };
+    return {name, nullptr, help, SettingType::Boolean, expected, apply};
 }
 
 constexpr std::size_t maxText = 255;
 
-bool isText(const std::string& value)
-{
-    const auto printable = [](char c) { return static_cast<unsigned char>(c) >= ' ' && c != 0x7F; };
-    return !value.empty() && value.size() <= maxText && std::all_of(value.begin(), value.end(), printable);
-}
-
 std::string textRule()
 {
-    return "expected 1 to " + std::to_string(maxText) + " characters without control characters";
+    return "1 to " + std::to_string(maxText) + " characters without control characters";
 }
 
-std::string text(const char* option, const std::string& value)
+void requireText(const std::string& value)
 {
-    if (!isText(value))
+    const auto printable = [](char c) { return static_cast<unsigned char>(c) >= ' ' && c != 0x7F; };
+    if (value.empty() || value.size() > maxText || !std::all_of(value.begin(), value.end(), printable))
     {
-        refuse(option, value, textRule());
+        throw Wrong{"expected " + textRule()};
     }
-    return value;
 }
 
-/* Never repeated in a message. */
-std::string password(const std::string& value)
+/* Further demands are made by set, which throws Wrong. */
+Option text(const char* name, const char* value, const char* help,
+            std::function<void(Options&, const std::string&)> set)
 {
-    if (!isText(value))
+    const auto apply = [set](Options& options, const std::string& given) {
+        requireText(given);
+        set(options, given);
+    };
+    return {name, value, help, SettingType::Text, textRule(), apply};
+}
+
+/* One of a few words or of another form of its own, which "expected" tells. */
+Option word(const char* name, const char* value, const char* help, const std::string& expected,
+            std::function<void(Options&, const std::string&)> apply)
+{
+    return {name, value, help, SettingType::Text, expected, std::move(apply)};
+}
+
+Option repeatable(Option option)
+{
+    option.repeatable = true;
+    return option;
+}
+
+Option secret(Option option)
+{
+    option.secret = true;
+    return option;
+}
+
+Option commandLineOnly(Option option)
+{
+    option.commandLineOnly = true;
+    return option;
+}
+
+const char* const addressRule = "an IPv4 or IPv6 address such as 127.0.0.1 or ::1";
+
+void addAddress(Options& options, const std::string& value)
+{
+    unsigned char bytes[sizeof(in6_addr)];
+    if (inet_pton(AF_INET, value.c_str(), bytes) != 1 && inet_pton(AF_INET6, value.c_str(), bytes) != 1)
     {
-        throw UsageError("--password: " + textRule());
+        throw Wrong{std::string("expected ") + addressRule};
     }
-    return value;
+    options.listen.push_back(value);
 }
 
 /* The user name ends at the first colon of what is hashed. */
-std::string userName(const char* option, const std::string& value)
+void setUser(Options& options, const std::string& value)
 {
     if (value.find(':') != std::string::npos)
     {
-        refuse(option, value, "a user name has no colon");
+        throw Wrong{"a user name has no colon"};
     }
-    return text(option, value);
+    options.config.user = value;
+    options.noAuth = false;
 }
 
-std::vector<Algorithm> algorithms(const char* option, const std::string& value)
+const char* const algorithmsRule = "md5, sha-256, or both with a comma between them";
+
+void setAlgorithms(Options& options, const std::string& value)
 {
     std::vector<Algorithm> result;
     for (std::size_t from = 0; from <= value.size();)
@@ -102,12 +158,12 @@ std::vector<Algorithm> algorithms(const char* option, const std::string& value)
         const std::string name = value.substr(from, end - from);
         if (name != "md5" && name != "sha-256")
         {
-            refuse(option, value, "expected md5, sha-256, or both with a comma between them");
+            throw Wrong{std::string("expected ") + algorithmsRule};
         }
         result.push_back(name == "md5" ? Algorithm::Md5 : Algorithm::Sha256);
         from = end + 1;
     }
-    return result;
+    options.config.algorithms = result;
 }
 
 struct Leniency
@@ -126,89 +182,94 @@ constexpr Leniency leniencies[] = {
     {"line-breaks", &Strict::lineBreaks, "line breaks in base64"},
 };
 
-void allow(const char* option, Strict& strict, const std::string& value)
+std::string leniencyRule()
 {
     std::string names;
     for (const Leniency& leniency : leniencies)
     {
-        if (value == leniency.name)
-        {
-            strict.*leniency.field = false;
-            return;
-        }
         names += (names.empty() ? "" : ", ") + std::string(leniency.name);
     }
-    refuse(option, value, "expected one of " + names);
+    return "one of " + names;
+}
+
+void allow(Options& options, const std::string& value)
+{
+    const auto found = std::find_if(std::begin(leniencies), std::end(leniencies),
+                                    [&](const Leniency& leniency) { return value == leniency.name; });
+    if (found == std::end(leniencies))
+    {
+        throw Wrong{"expected " + leniencyRule()};
+    }
+    options.config.strict.*found->field = false;
 }
 
 /* In the order of the help. */
 const std::vector<Option>& table()
 {
+    using std::chrono::seconds;
     static const std::vector<Option> options = {
-        {"listen", "ADDRESS", "IPv4 or IPv6 address to listen on (127.0.0.1)",
-         [](Options& o, const std::string& v) { o.config.address = address("listen", v); }},
-        {"port", "N", "port, 0 for any free one (8080)",
-         [](Options& o, const std::string& v) {
-             o.config.port = static_cast<std::uint16_t>(number("port", v, 0, 65535));
-         }},
-        {"port-file", "FILE", "write the port to FILE once the server listens",
-         [](Options& o, const std::string& v) { o.portFile = text("port-file", v); }},
-        {"https", nullptr, "serve HTTPS with a self-signed certificate made at the start",
-         [](Options& o, const std::string&) { o.config.https = true; }},
-        {"user", "NAME", "user name that registers (admin)",
-         [](Options& o, const std::string& v) { o.config.user = userName("user", v); }},
-        {"password", "TEXT", "its password (viewlib)",
-         [](Options& o, const std::string& v) { o.config.password = password(v); }},
-        {"no-auth", nullptr, "let devices register without credentials",
-         [](Options& o, const std::string&) { o.config.user.clear(); }},
-        {"realm", "TEXT", "realm of the digest (viewlib)",
-         [](Options& o, const std::string& v) { o.config.realm = text("realm", v); }},
-        {"algorithms", "LIST", "md5, sha-256 or both, in the order of the challenges (md5)",
-         [](Options& o, const std::string& v) { o.config.algorithms = algorithms("algorithms", v); }},
-        {"nonce-lifetime", "SECONDS", "after which a nonce is stale (300)",
-         [](Options& o, const std::string& v) {
-             o.config.nonceLifetime = std::chrono::seconds(number("nonce-lifetime", v, 1, maxSeconds));
-         }},
-        {"registration-lifetime", "SECONDS", "without a keepalive, 0 for ever (270)",
-         [](Options& o, const std::string& v) {
-             o.config.registrationLifetime = std::chrono::seconds(number("registration-lifetime", v, 0, maxSeconds));
-         }},
-        {"server-id", "ID", "VIIDServerID in the answer to Time (44000000005030000001)",
-         [](Options& o, const std::string& v) { o.config.serverId = text("server-id", v); }},
-        {"clock-offset", "SECONDS", "what the clock shown to clients is ahead, or behind when negative (0)",
-         [](Options& o, const std::string& v) {
-             o.config.clockOffset = std::chrono::seconds(number("clock-offset", v, -maxSeconds, maxSeconds));
-         }},
-        {"data", "DIR", "keep everything in DIR; without it all is kept in memory and lost at the end",
-         [](Options& o, const std::string& v) { o.config.storage = text("data", v); }},
-        {"max-body", "BYTES", "larger bodies get 413 (104857600)",
-         [](Options& o, const std::string& v) {
-             o.config.maxBody = static_cast<std::size_t>(number("max-body", v, 1, 1LL << 29));
-         }},
-        {"allow", "WHAT", "let WHAT pass (see below); may be given several times",
-         [](Options& o, const std::string& v) { allow("allow", o.config.strict, v); }},
-        {"strict-media-type", nullptr, "refuse documents that are not application/VIID+JSON",
-         [](Options& o, const std::string&) { o.config.strict.mediaType = true; }},
-        {"strict-reading", nullptr, "show what is stored to registered devices alone",
-         [](Options& o, const std::string&) { o.config.strict.reading = true; }},
-        {"verbose", nullptr, "print a line for each request (-v)",
-         [](Options& o, const std::string&) { o.verbose = true; }},
-        {"help", nullptr, "print this and exit (-h)", [](Options& o, const std::string&) { o.help = true; }},
-        {"version", nullptr, "print the version and exit", [](Options& o, const std::string&) { o.version = true; }},
+        commandLineOnly(text("config", "FILE", "read the options that are not given here from a TOML file",
+                             [](Options&, const std::string&) {})),
+        repeatable(word("listen", "ADDRESS", "address to listen on, may be given several times (127.0.0.1 and ::1)",
+                        addressRule, addAddress)),
+        number("port", "N", "port, 0 for any free one (8080)", 0, 65535,
+               [](Options& o, long long n) { o.config.port = static_cast<std::uint16_t>(n); }),
+        text("port-file", "FILE", "write the port to FILE once the server listens",
+             [](Options& o, const std::string& v) { o.portFile = v; }),
+        flag("https", "serve HTTPS with a self-signed certificate, made once and kept with the data",
+             [](Options& o, bool on) { o.config.https = on; }),
+        text("user", "NAME", "user name that registers (admin)", setUser),
+        secret(text("password", "TEXT", "its password (viewlib)",
+                    [](Options& o, const std::string& v) { o.config.password = v; })),
+        flag("no-auth", "let devices register without credentials", [](Options& o, bool on) { o.noAuth = on; }),
+        text("realm", "TEXT", "realm of the digest (viewlib)",
+             [](Options& o, const std::string& v) { o.config.realm = v; }),
+        word("algorithms", "LIST", "md5, sha-256 or both, in the order of the challenges (md5)", algorithmsRule,
+             setAlgorithms),
+        number("nonce-lifetime", "SECONDS", "after which a nonce is stale (300)", 1, maxSeconds,
+               [](Options& o, long long n) { o.config.nonceLifetime = seconds(n); }),
+        number("registration-lifetime", "SECONDS", "without a keepalive, 0 for ever (270)", 0, maxSeconds,
+               [](Options& o, long long n) { o.config.registrationLifetime = seconds(n); }),
+        text("server-id", "ID", "VIIDServerID in the answer to Time (44000000005030000001)",
+             [](Options& o, const std::string& v) { o.config.serverId = v; }),
+        number("clock-offset", "SECONDS", "what the clock shown to clients is ahead, or behind when negative (0)",
+               -maxSeconds, maxSeconds, [](Options& o, long long n) { o.config.clockOffset = seconds(n); }),
+        text("data", "DIR", "keep everything in DIR; without it all is kept in memory and lost at the end",
+             [](Options& o, const std::string& v) { o.config.storage = v; }),
+        number("max-body", "BYTES", "larger bodies get 413 (104857600)", 1, 1LL << 29,
+               [](Options& o, long long n) { o.config.maxBody = static_cast<std::size_t>(n); }),
+        number("max-connections", "N", "at once; further ones are closed (512)", 1, 16384,
+               [](Options& o, long long n) { o.config.maxConnections = static_cast<unsigned>(n); }),
+        number("header-timeout", "SECONDS", "for the headers of the first request of a connection (30)", 1, maxSeconds,
+               [](Options& o, long long n) { o.config.headerTimeout = seconds(n); }),
+        number("idle-timeout", "SECONDS", "between requests, and for a body of which nothing comes (300)", 1,
+               maxSeconds, [](Options& o, long long n) { o.config.idleTimeout = seconds(n); }),
+        repeatable(
+            word("allow", "WHAT", "let WHAT pass (see below); may be given several times", leniencyRule(), allow)),
+        flag("strict-media-type", "refuse documents that are not application/VIID+JSON",
+             [](Options& o, bool on) { o.config.strict.mediaType = on; }),
+        flag("strict-reading", "show what is stored to registered devices alone",
+             [](Options& o, bool on) { o.config.strict.reading = on; }),
+        flag("verbose", "print a line for each request (-v)", [](Options& o, bool on) { o.verbose = on; }),
+        commandLineOnly(flag("help", "print this and exit (-h)", [](Options& o, bool on) { o.help = on; })),
+        commandLineOnly(flag("version", "print the version and exit", [](Options& o, bool on) { o.version = on; })),
     };
     return options;
 }
 
-const Option& find(const std::string& name, const std::string& argument)
+const Option* find(const std::string& name)
 {
     const auto found =
         std::find_if(table().begin(), table().end(), [&](const Option& option) { return option.name == name; });
-    if (found == table().end())
-    {
-        throw UsageError("unknown argument \"" + argument + "\"");
-    }
-    return *found;
+    return found == table().end() ? nullptr : &*found;
 }
+
+/* One option as it was given on the command line. */
+struct Given
+{
+    const Option* option;
+    std::string value;
+};
 
 std::string optionName(const std::string& argument)
 {
@@ -223,37 +284,115 @@ std::string optionName(const std::string& argument)
     return argument.substr(0, 2) == "--" ? argument.substr(2, argument.find('=') - 2) : std::string();
 }
 
+std::vector<Given> split(const std::vector<std::string>& arguments)
+{
+    std::vector<Given> given;
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+    {
+        const std::string& argument = arguments[i];
+        const Option* option = find(optionName(argument));
+        if (option == nullptr)
+        {
+            throw UsageError("unknown argument \"" + argument + "\"");
+        }
+        const std::size_t equals = argument.find('=');
+        if (equals != std::string::npos)
+        {
+            given.push_back({option, argument.substr(equals + 1)});
+        }
+        else if (option->value == nullptr)
+        {
+            given.push_back({option, "true"});
+        }
+        else if (++i < arguments.size())
+        {
+            given.push_back({option, arguments[i]});
+        }
+        else
+        {
+            throw UsageError(std::string("--") + option->name + " needs a value: " + option->value);
+        }
+    }
+    return given;
+}
+
+void apply(Options& options, const Given& given)
+{
+    try
+    {
+        given.option->apply(options, given.value);
+    }
+    catch (const Wrong& wrong)
+    {
+        const std::string value = given.option->secret ? "" : " \"" + given.value + '"';
+        throw UsageError(std::string("--") + given.option->name + value + ": " + wrong.why);
+    }
+}
+
+std::string keys()
+{
+    std::string names;
+    for (const Option& option : table())
+    {
+        if (!option.commandLineOnly)
+        {
+            names += (names.empty() ? "" : ", ") + std::string(option.name);
+        }
+    }
+    return names;
+}
+
+void apply(Options& options, const Setting& setting)
+{
+    const Option* option = find(setting.key);
+    if (option == nullptr || option->commandLineOnly)
+    {
+        throw UsageError(setting.place + ": unknown key \"" + setting.key + "\": expected one of " + keys());
+    }
+    for (const SettingValue& value : setting.values)
+    {
+        const std::string shown = option->secret ? setting.key : setting.key + " = " + value.shown;
+        try
+        {
+            if (value.type != option->type || (setting.isArray && !option->repeatable))
+            {
+                throw Wrong{"expected " + option->expected + (option->repeatable ? ", or an array of such" : "")};
+            }
+            option->apply(options, value.text);
+        }
+        catch (const Wrong& wrong)
+        {
+            throw UsageError(setting.place + ": " + shown + ": " + wrong.why);
+        }
+    }
+}
+
 } // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments)
 {
+    const std::vector<Given> given = split(arguments);
+    std::set<std::string> named;
+    std::string file;
+    for (const Given& one : given)
+    {
+        named.insert(one.option->name);
+        file = one.option->name == std::string("config") ? one.value : file;
+    }
     Options options;
     options.config.port = defaultPort;
-    for (std::size_t i = 0; i < arguments.size(); ++i)
+    for (const Setting& setting : named.count("config") != 0 ? readSettings(file) : std::vector<Setting>())
     {
-        const std::string& argument = arguments[i];
-        const Option& option = find(optionName(argument), argument);
-        const std::size_t equals = argument.find('=');
-        if (option.value == nullptr && equals != std::string::npos)
-        {
-            throw UsageError(std::string("--") + option.name + " takes no value");
-        }
-        if (option.value == nullptr)
-        {
-            option.apply(options, {});
-        }
-        else if (equals != std::string::npos)
-        {
-            option.apply(options, argument.substr(equals + 1));
-        }
-        else if (++i < arguments.size())
-        {
-            option.apply(options, arguments[i]);
-        }
-        else
-        {
-            throw UsageError(std::string("--") + option.name + " needs a value: " + option.value);
-        }
+        Options overruled; /* the command line goes before the file, which has to be right all the same */
+        apply(named.count(setting.key) == 0 ? options : overruled, setting);
+    }
+    for (const Given& one : given)
+    {
+        apply(options, one);
+    }
+    if (options.noAuth)
+    {
+        options.config.user.clear();
     }
     return options;
 }
@@ -276,7 +415,8 @@ std::string helpText()
     {
         line(leniency.name, leniency.help);
     }
-    return help + "\nExit status: 0 stopped by SIGINT or SIGTERM, 1 failed, 2 wrong arguments.\n";
+    return help + "\nA flag takes \"=false\", too. The keys of the TOML file are the names above, without \"--\".\n"
+                  "Exit status: 0 stopped by SIGINT or SIGTERM, 1 failed, 2 wrong arguments or configuration.\n";
 }
 
 } // namespace viewlib

@@ -3,6 +3,7 @@
 
 #include "api.h"
 #include "api_control.h"
+#include "certificate.h"
 #include "devices.h"
 #include "exchange_summary.h"
 #include "feed.h"
@@ -72,13 +73,13 @@ struct Server::Engine : Handler
 {
     explicit Engine(Config settings)
         : config(std::move(settings)), store(config.storage), uploads(config.storage), service(config, store, uploads),
-          devices(store, service, feed), api({config.address}), journal(config.maxExchanges),
-          listener(*this, config.maxBody), port(config.port)
+          devices(store, service, feed), api(config.addresses()), journal(config.maxExchanges), listener(*this, config),
+          port(config.port)
     {
-        addControlEndpoints(api, {config, store, uploads, service, devices, feed, [this] { return url(); },
-                                  [this] { return lastExchange.load(); }});
+        addControlEndpoints(api, {config, store, uploads, service, devices, feed,
+                                  [this] { return url(config.address); }, [this] { return lastExchange.load(); }});
     }
-    std::string url() const;
+    std::string url(const std::string& address) const;
 
     Reception begin(const Exchange& exchange) override;
     Answer finish(Exchange& exchange, Reception reception) override;
@@ -102,13 +103,14 @@ struct Server::Engine : Handler
     Listener listener;
     std::atomic<std::uint16_t> port;
     std::atomic<std::uint64_t> lastExchange{0};
+    std::optional<Certificate> certificate; /* of HTTPS, from the first start on */
 };
 
-std::string Server::Engine::url() const
+std::string Server::Engine::url(const std::string& address) const
 {
-    const bool ipv6 = config.address.find(':') != std::string::npos;
-    return std::string(config.https ? "https://" : "http://") + (ipv6 ? "[" + config.address + "]" : config.address) +
-           ":" + std::to_string(port);
+    const bool ipv6 = address.find(':') != std::string::npos;
+    return std::string(config.https ? "https://" : "http://") + (ipv6 ? "[" + address + "]" : address) + ":" +
+           std::to_string(port);
 }
 
 void Server::Engine::abandon(Exchange& exchange)
@@ -258,11 +260,18 @@ Server::~Server()
 
 void Server::start()
 {
-    if (!running())
+    const Config& config = m_engine->config;
+    if (running())
     {
-        m_engine->feed.open();
-        m_engine->port = m_engine->listener.start(m_engine->config.address, m_engine->port, m_engine->config.https);
+        return;
     }
+    if (config.https && !m_engine->certificate)
+    {
+        m_engine->certificate = config.storage == ":memory:" ? makeCertificate(config.addresses())
+                                                             : keptCertificate(config.storage, config.addresses());
+    }
+    m_engine->feed.open();
+    m_engine->port = m_engine->listener.start(m_engine->port, m_engine->certificate);
 }
 
 void Server::stop()
@@ -293,7 +302,22 @@ std::uint16_t Server::port() const
 
 std::string Server::url(const std::string& path) const
 {
-    return m_engine->url() + path;
+    return m_engine->url(m_engine->config.address) + path;
+}
+
+std::vector<std::string> Server::urls() const
+{
+    std::vector<std::string> all;
+    for (const std::string& address : m_engine->config.addresses())
+    {
+        all.push_back(m_engine->url(address));
+    }
+    return all;
+}
+
+std::string Server::certificateFingerprint() const
+{
+    return m_engine->certificate ? fingerprint(*m_engine->certificate) : std::string();
 }
 
 void Server::script(const std::string& path, Answer answer)

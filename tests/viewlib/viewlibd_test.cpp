@@ -6,13 +6,18 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <signal.h>
 #include <spawn.h>
 #include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -86,11 +91,22 @@ class ViewlibdTest : public ::testing::Test
         return process;
     }
 
-    /* What the shell would see; 128 and more for a signal. */
+    /* What the shell would see; 128 and more for a signal, as for one that does not end in good time. */
     static int wait(pid_t process)
     {
         int status = 0;
-        EXPECT_EQ(waitpid(process, &status, 0), process);
+        const auto end = std::chrono::steady_clock::now() + 20s;
+        pid_t ended = 0;
+        while ((ended = waitpid(process, &status, WNOHANG)) == 0 && std::chrono::steady_clock::now() < end)
+        {
+            std::this_thread::sleep_for(2ms);
+        }
+        if (ended == 0)
+        {
+            kill(process, SIGKILL);
+            ended = waitpid(process, &status, 0);
+        }
+        EXPECT_EQ(ended, process);
         return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     }
     int spawnAndWait(const std::vector<std::string>& arguments, const std::string& name) const
@@ -130,6 +146,29 @@ class ViewlibdTest : public ::testing::Test
     {
         return "127.0.0.1:" + std::to_string(m_port);
     }
+    /* What the program says that it listens on when it is told nothing. */
+    std::string bothAddresses(const std::string& scheme) const
+    {
+        return scheme + address() + (hasIpv6() ? " and " + scheme + "[::1]:" + std::to_string(m_port) : "");
+    }
+    static bool hasIpv6()
+    {
+        sockaddr_in6 loopback{};
+        loopback.sin6_family = AF_INET6;
+        loopback.sin6_addr = in6addr_loopback;
+        const int fd = socket(AF_INET6, SOCK_STREAM, 0);
+        const bool has = fd >= 0 && bind(fd, reinterpret_cast<sockaddr*>(&loopback), sizeof loopback) == 0;
+        close(fd);
+        return has;
+    }
+    int port() const
+    {
+        return m_port;
+    }
+    void write(const std::string& name, const std::string& text) const
+    {
+        std::ofstream(file(name), std::ios::binary) << text;
+    }
     long post(const std::string& path, const std::string& body, const std::string& credentials = "",
               const std::string& scheme = "http://")
     {
@@ -159,7 +198,7 @@ TEST_F(ViewlibdTest, ServesUntilItIsTerminated)
     EXPECT_EQ(post("/VIID/Faces?a=b", R"({"FaceListObject":{}})"), 200);
     EXPECT_EQ(post("/VIID/Upload/file", "0123456789"), 200);
     EXPECT_EQ(stop(SIGTERM), 0);
-    EXPECT_THAT(output(), HasSubstr("viewlibd: listening on http://" + address() +
+    EXPECT_THAT(output(), HasSubstr("viewlibd: listening on " + bothAddresses("http://") +
                                     ", user \"admin\", password \"viewlib\", data in memory\n"));
     EXPECT_THAT(output(), HasSubstr(device + " POST /VIID/System/Register 0 bytes -> 401\n"));
     EXPECT_THAT(output(), HasSubstr(device + " POST /VIID/System/Register 54 bytes -> 200\n"));
@@ -192,7 +231,8 @@ TEST_F(ViewlibdTest, ServesHttpsAndStrangersWhenTold)
     EXPECT_EQ(post("/VIID/Faces", R"({"FaceListObject":{}})", "", "https://"), 200);
     EXPECT_EQ(registerWith("", "https://"), 200);
     EXPECT_EQ(stop(SIGTERM), 0);
-    EXPECT_THAT(output(), HasSubstr("https://" + address() + ", registration needs no credentials, data in memory\n"));
+    EXPECT_THAT(output(),
+                HasSubstr(bothAddresses("https://") + ", registration needs no credentials, data in memory\n"));
 }
 
 TEST_F(ViewlibdTest, ShowsWhatIsStoredUnlessTold)
@@ -238,8 +278,10 @@ TEST_F(ViewlibdTest, NamesTheArgumentThatIsWrong)
          "--algorithms \"md5,sha\": expected md5, sha-256, or both with a comma between them"},
         {{"--allow", "all"},
          "--allow \"all\": expected one of unregistered, identity, uri, no-qop, replay, line-breaks"},
-        {{"--https=yes"}, "--https takes no value"},
+        {{"--https=yes"}, "--https \"yes\": expected true or false"},
         {{"--unknown"}, "unknown argument \"--unknown\""},
+        {{"--max-connections", "0"}, "--max-connections \"0\": expected a whole number from 1 to 16384"},
+        {{"--config"}, "--config needs a value: FILE"},
         {{"file"}, "unknown argument \"file\""},
     };
     for (const auto& [arguments, message] : wrong)
@@ -264,6 +306,244 @@ TEST_F(ViewlibdTest, AListOfAlgorithmsIsTaken)
     serve({"--algorithms", "sha-256,md5"});
     EXPECT_EQ(registerWith("admin:viewlib"), 200);
     EXPECT_EQ(stop(SIGTERM), 0);
+}
+
+TEST_F(ViewlibdTest, ListensOnEachAddressThatItIsTold)
+{
+    serve({"--listen", "127.0.0.1", "--listen=127.0.0.2"});
+    client::Call call;
+    call.method = "GET";
+    for (const char* host : {"127.0.0.1", "127.0.0.2"})
+    {
+        call.url = std::string("http://") + host + ":" + std::to_string(port()) + "/VIID/Faces";
+        EXPECT_EQ(client::perform(call).status, 200) << host;
+    }
+    EXPECT_EQ(stop(SIGTERM), 0);
+    EXPECT_THAT(output(), HasSubstr("listening on http://" + address() +
+                                    " and http://127.0.0.2:" + std::to_string(port()) + ", user"));
+}
+
+TEST_F(ViewlibdTest, ListensOnBothLoopbackAddresses)
+{
+    if (!hasIpv6())
+    {
+        GTEST_SKIP() << "this machine has no ::1";
+    }
+    serve({});
+    client::Call call;
+    call.method = "GET";
+    call.url = "http://[::1]:" + std::to_string(port()) + "/VIID/Faces";
+    EXPECT_EQ(client::perform(call).status, 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
+}
+
+TEST_F(ViewlibdTest, APortThatIsTakenOnOneAddressIsTold)
+{
+    serve({"--listen", "127.0.0.2"});
+    const std::string taken = std::to_string(port());
+    EXPECT_EQ(spawnAndWait({"--listen", "127.0.0.3", "--listen", "127.0.0.2", "--port", taken}, "second"), 1);
+    EXPECT_EQ(contentOf(file("second.err")),
+              "viewlibd: cannot listen on 127.0.0.2:" + taken + ": Address already in use\n");
+    EXPECT_EQ(stop(SIGTERM), 0);
+}
+
+/* The fingerprint that the program printed last. */
+std::string fingerprintIn(const std::string& output)
+{
+    const std::string label = "SHA-256 fingerprint ";
+    const std::size_t at = output.find(label);
+    return at == std::string::npos ? "" : output.substr(at + label.size(), std::size_t(32) * 3 - 1);
+}
+
+TEST_F(ViewlibdTest, TheCertificateIsMadeOnceAndKeptWithTheData)
+{
+    const std::string data = file("data");
+    serve({"--https", "--data", data});
+    EXPECT_EQ(registerWith("admin:viewlib", "https://"), 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
+    const std::string first = fingerprintIn(output());
+    EXPECT_THAT(output(), HasSubstr("viewlibd: certificate kept there, SHA-256 fingerprint "));
+    EXPECT_THAT(first, testing::MatchesRegex("([0-9A-F][0-9A-F]:)+[0-9A-F][0-9A-F]"));
+    struct stat key = {};
+    ASSERT_EQ(stat((data + "/viewlib.key").c_str(), &key), 0);
+    EXPECT_EQ(key.st_mode & 07777U, 0600U);
+
+    serve({"--https", "--data", data});
+    EXPECT_EQ(stop(SIGTERM), 0);
+    EXPECT_EQ(fingerprintIn(output()), first);
+
+    serve({"--https"});
+    EXPECT_EQ(stop(SIGTERM), 0);
+    EXPECT_THAT(output(), HasSubstr("viewlibd: certificate made for this run, SHA-256 fingerprint "));
+    EXPECT_NE(fingerprintIn(output()), first);
+}
+
+TEST_F(ViewlibdTest, ACertificateThatCannotBeUsedIsTold)
+{
+    const std::string data = file("data");
+    serve({"--https", "--data", data});
+    EXPECT_EQ(stop(SIGTERM), 0);
+    const std::string key = contentOf(data + "/viewlib.key");
+    const std::string certificate = contentOf(data + "/viewlib.crt");
+    serve({"--https", "--data", file("other")});
+    EXPECT_EQ(stop(SIGTERM), 0);
+    const std::string otherKey = contentOf(file("other") + "/viewlib.key");
+
+    const auto failure = [&] {
+        EXPECT_EQ(run({"--https", "--port", "0", "--data", data}), 1);
+        return errors();
+    };
+    write("data/viewlib.crt", "scribble");
+    EXPECT_EQ(failure(), "viewlibd: HTTPS: \"" + data + "/viewlib.crt\": this is no certificate in PEM form\n");
+    write("data/viewlib.crt", certificate);
+    write("data/viewlib.key", "scribble");
+    EXPECT_EQ(failure(), "viewlibd: HTTPS: \"" + data + "/viewlib.key\": this is no private key in PEM form\n");
+    write("data/viewlib.key", otherKey);
+    EXPECT_EQ(failure(),
+              "viewlibd: HTTPS: \"" + data + "/viewlib.crt\": it does not belong to the key in \"viewlib.key\"\n");
+    std::filesystem::remove(data + "/viewlib.key");
+    EXPECT_EQ(failure(),
+              "viewlibd: HTTPS: \"" + data + "/viewlib.key\": it is missing, but \"viewlib.crt\" is there\n");
+    std::filesystem::create_directory(data + "/viewlib.key");
+    EXPECT_EQ(failure(), "viewlibd: HTTPS: \"" + data + "/viewlib.key\": Is a directory\n");
+}
+
+TEST_F(ViewlibdTest, StopsAtOnceWhateverIsOpen)
+{
+    for (const bool https : {false, true})
+    {
+        serve(https ? std::vector<std::string>{"--https"} : std::vector<std::string>{});
+        sockaddr_in server{};
+        server.sin_family = AF_INET;
+        server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        server.sin_port = htons(static_cast<std::uint16_t>(port()));
+        std::vector<int> open;
+        /* Silent ones, half a request line, half a header, half a body. */
+        for (const char* begun : {"", "POST /VIID/Fa", "POST /VIID/Faces HTTP/1.1\r\nHost: a\r\nUser-",
+                                  "POST /VIID/Faces HTTP/1.1\r\nHost: a\r\nContent-Length: 10\r\n\r\n1234"})
+        {
+            for (int i = 0; i < 5; ++i)
+            {
+                open.push_back(socket(AF_INET, SOCK_STREAM, 0));
+                ASSERT_EQ(connect(open.back(), reinterpret_cast<sockaddr*>(&server), sizeof server), 0);
+                ASSERT_EQ(send(open.back(), begun, std::strlen(begun), MSG_NOSIGNAL),
+                          static_cast<ssize_t>(std::strlen(begun)));
+            }
+        }
+        std::this_thread::sleep_for(100ms);
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_EQ(stop(SIGTERM), 0);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, 1s) << "https: " << https;
+        for (const int fd : open)
+        {
+            close(fd);
+        }
+    }
+}
+
+class ViewlibdFileTest : public ViewlibdTest
+{
+  protected:
+    void SetUp() override
+    {
+        ViewlibdTest::SetUp();
+        write("empty.toml", "");
+        run({"--config", file("empty.toml"), "--version"});
+        if (errors().find("was built without toml++") != std::string::npos)
+        {
+            GTEST_SKIP() << "built without toml++";
+        }
+    }
+};
+
+TEST_F(ViewlibdFileTest, TakesEveryOptionFromAFile)
+{
+    write("viewlibd.toml", "# what a site uses\n"
+                           "listen = [\"127.0.0.1\", \"127.0.0.2\"]\n"
+                           "user = \"camera\"\n"
+                           "password = \"se\\u0063ret\"\n"
+                           "realm = \"a site\"\n"
+                           "algorithms = \"sha-256,md5\"\n"
+                           "nonce-lifetime = 60\n"
+                           "registration-lifetime = 0x3c\n"
+                           "server-id = \"44000000005030000009\"\n"
+                           "clock-offset = -3600\n"
+                           "max-body = 1_000\n"
+                           "max-connections = 9\n"
+                           "header-timeout = 10\n"
+                           "idle-timeout = 20\n"
+                           "allow = [\"replay\", \"line-breaks\"]\n"
+                           "https = false\n"
+                           "no-auth = false\n"
+                           "strict-media-type = true\n"
+                           "strict-reading = true\n"
+                           "verbose = true\n"
+                           "data = \"" +
+                               file("data") + "\"\n");
+    serve({"--config", file("viewlibd.toml")});
+    EXPECT_EQ(registerWith("camera:secret"), 200);
+    EXPECT_EQ(post("/VIID/Faces", R"({"FaceListObject":{}})"), 415);
+    EXPECT_EQ(post("/VIID/Faces", std::string(1001, ' ')), 413);
+    EXPECT_EQ(stop(SIGTERM), 0);
+    EXPECT_THAT(output(), HasSubstr(" and http://127.0.0.2:"));
+    EXPECT_THAT(output(), HasSubstr("user \"camera\", password as given, data in \"" + file("data") + "\"\n"));
+    EXPECT_THAT(output(), HasSubstr(" POST /VIID/System/Register 54 bytes -> 200\n"));
+}
+
+TEST_F(ViewlibdFileTest, TheCommandLineGoesBeforeTheFile)
+{
+    write("viewlibd.toml", "user = \"camera\"\npassword = \"secret\"\nhttps = true\nlisten = \"127.0.0.2\"\n"
+                           "no-auth = true\nverbose = true\n");
+    serve({"--config", file("viewlibd.toml"), "--password", "other", "--https=false", "--listen", "127.0.0.1",
+           "--no-auth=false"});
+    EXPECT_EQ(registerWith("camera:secret"), 401);
+    EXPECT_EQ(registerWith("camera:other"), 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
+    EXPECT_THAT(output(), HasSubstr("listening on http://" + address() + ", user \"camera\""));
+    EXPECT_THAT(output(), HasSubstr("POST /VIID/System/Register"));
+}
+
+TEST_F(ViewlibdFileTest, NamesTheLineThatIsWrong)
+{
+    const std::pair<std::string, std::string> wrong[] = {
+        {"port = 8080\nport = 8081\n", ":2: "},
+        {"port = \n", ":1: "},
+        {"port = \"8080\"\n", ":1: port = '8080': expected a whole number from 0 to 65535\n"},
+        {"\n\nport = 65536\n", ":3: port = 65536: expected a whole number from 0 to 65535\n"},
+        {"port = 80.5\n", ":1: port = 80.5: expected a whole number from 0 to 65535\n"},
+        {"port = [8080]\n", ":1: port = 8080: expected a whole number from 0 to 65535\n"},
+        {"user = \"a:b\"\n", ":1: user = 'a:b': a user name has no colon\n"},
+        {"user = 7\n", ":1: user = 7: expected 1 to 255 characters without control characters\n"},
+        {"https = \"yes\"\n", ":1: https = 'yes': expected true or false\n"},
+        {"verbose = 1\n", ":1: verbose = 1: expected true or false\n"},
+        {"listen = [\"::1\", \"here\"]\n",
+         ":1: listen = 'here': expected an IPv4 or IPv6 address such as 127.0.0.1 or ::1\n"},
+        {"listen = [1]\n", ":1: listen = 1: expected an IPv4 or IPv6 address such as 127.0.0.1 or ::1, or an array "
+                           "of such\n"},
+        {"algorithms = \"sha\"\n", ":1: algorithms = 'sha': expected md5, sha-256, or both with a comma between "
+                                   "them\n"},
+        {"password = 12345678\n", ":1: password: expected 1 to 255 characters without control characters\n"},
+        {"user = \"a\"\nprot = 8080\n", ":2: unknown key \"prot\": expected one of listen, port, port-file, "},
+        {"help = true\n", ":1: unknown key \"help\": expected one of listen, "},
+        {"config = \"x\"\n", ":1: unknown key \"config\": expected one of listen, "},
+        {"[server]\nport = 8080\n", ":1: unknown key \"server\": expected one of listen, "},
+        {"[port]\nx = 1\n", ":1: port = "},
+    };
+    const std::string name = file("viewlibd.toml");
+    for (const auto& [text, message] : wrong)
+    {
+        write("viewlibd.toml", text);
+        EXPECT_EQ(run({"--port", "0", "--config", name}), 2) << text;
+        EXPECT_THAT(errors(), testing::StartsWith("viewlibd: " + name + message)) << text;
+        EXPECT_THAT(errors(), testing::EndsWith("\nTry viewlibd --help.\n"));
+        EXPECT_EQ(errors().find("12345678"), std::string::npos);
+        EXPECT_EQ(output(), "");
+    }
+    EXPECT_EQ(run({"--config", file("")}), 2);
+    EXPECT_EQ(errors(), "viewlibd: cannot read \"" + file("") + "\": Is a directory\nTry viewlibd --help.\n");
+    EXPECT_EQ(run({"--config", file("missing.toml")}), 2);
+    EXPECT_EQ(errors(), "viewlibd: cannot read \"" + file("missing.toml") +
+                            "\": No such file or directory\nTry viewlibd --help.\n");
 }
 
 } // namespace

@@ -34,9 +34,14 @@ enum class Algorithm
 
 struct Config
 {
-    std::string address = "127.0.0.1"; /* an IPv4 or IPv6 literal */
-    std::uint16_t port = 0;            /* 0: any free one, and the same again after a restart */
-    bool https = false;                /* with a self-signed certificate made at the start */
+    std::string address = "127.0.0.1";      /* an IPv4 or IPv6 literal */
+    std::vector<std::string> moreAddresses; /* listened on as well, at the same port */
+    std::uint16_t port = 0;                 /* 0: any free one, and the same again after a restart */
+    bool https = false; /* with a self-signed certificate, made at the first start and kept in a storage directory */
+    unsigned maxConnections = 512; /* at once, on each address; further ones are closed */
+    std::chrono::milliseconds headerTimeout = std::chrono::seconds(30); /* until the first request's headers are in */
+    std::chrono::milliseconds idleTimeout =
+        std::chrono::minutes(5); /* between requests, and for a body of which nothing comes */
 
     std::string user = "admin"; /* empty: registration asks for no credentials */
     std::string password = "viewlib";
@@ -61,6 +66,13 @@ struct Config
     std::function<void(const Exchange&)> observer;
 
     Strict strict;
+
+    std::vector<std::string> addresses() const /* all that are listened on */
+    {
+        std::vector<std::string> all = {address};
+        all.insert(all.end(), moreAddresses.begin(), moreAddresses.end());
+        return all;
+    }
 };
 
 } // namespace viewlib

@@ -44,8 +44,11 @@ class Server
     void restart(Registrations registrations); /* on the same port */
     bool running() const;
 
-    std::uint16_t port() const; /* stays after stop */
-    std::string url(const std::string& path = "") const;
+    std::uint16_t port() const;                          /* stays after stop */
+    std::string url(const std::string& path = "") const; /* on the first address */
+    std::vector<std::string> urls() const;               /* one for each address */
+    /* SHA-256 of the certificate as "AB:CD:..."; empty before the first start and without HTTPS. */
+    std::string certificateFingerprint() const;
 
     /* A path is exact, or a beginning followed by '*'; "*" alone is every path. An exact one goes before the others. */
     void script(const std::string& path, Answer answer); /* for one request; several are used up in order */
