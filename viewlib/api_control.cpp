@@ -70,7 +70,7 @@ Reply status(const Controlled& of)
     addCount(list, "Pictures", counts.pictures);
     addCount(list, "Uploads", of.uploads.count());
     addCount(list, "Exchanges", of.exchanges());
-    addCount(list, "Faults", 0);
+    addCount(list, "Faults", of.faults());
     addCount(root.get(), "Seq", of.feed.last());
     return jsonReply(200, root.get());
 }

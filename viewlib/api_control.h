@@ -9,6 +9,7 @@
 #include "uploads.h"
 #include "viewlib/config.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -27,6 +28,7 @@ struct Controlled
     Feed& feed;
     std::function<std::string()> url;
     std::function<std::uint64_t()> exchanges; /* how many there were */
+    std::function<std::size_t()> faults;      /* how many can still be hit */
 };
 
 /* Status, feed, devices and clock. */

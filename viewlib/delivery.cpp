@@ -102,6 +102,14 @@ void resetConnection(MHD_Connection* connection)
     (void)connect(socketOf(connection), &none, sizeof none);
 }
 
+} // namespace
+
+int socketOf(MHD_Connection* connection)
+{
+    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
+    return info == nullptr ? -1 : info->connect_fd;
+}
+
 void sendRaw(MHD_Connection* connection, const std::string& bytes)
 {
     std::size_t sent = 0;
@@ -121,19 +129,15 @@ bool isSecure(MHD_Connection* connection)
     return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_PROTOCOL) != nullptr;
 }
 
-} // namespace
-
-int socketOf(MHD_Connection* connection)
-{
-    const MHD_ConnectionInfo* info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
-    return info == nullptr ? -1 : info->connect_fd;
-}
-
 MHD_Result deliver(Listener& listener, MHD_Connection* connection, const Answer& answer)
 {
     if (!listener.pause(answer.delay))
     {
         return MHD_NO;
+    }
+    if (answer.continueFirst && !isSecure(connection))
+    {
+        sendRaw(connection, "HTTP/1.1 100 Continue\r\n\r\n");
     }
     if (answer.raw && !isSecure(connection))
     {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <string>
 
 namespace viewlib
 {
@@ -15,6 +16,10 @@ namespace viewlib
 class Listener;
 
 int socketOf(MHD_Connection* connection);
+bool isSecure(MHD_Connection* connection);
+
+/* Past the HTTP server, on a connection that is not secure. */
+void sendRaw(MHD_Connection* connection, const std::string& bytes);
 
 /* A throttled body moves in blocks of so many bytes, each after a pause. */
 inline std::uint64_t throttleStep(std::uint64_t bytesPerSecond)

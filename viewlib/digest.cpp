@@ -245,13 +245,22 @@ std::string expectedResponse(Algorithm algorithm, const Parameters& parameters, 
     return hash(algorithm, hash(algorithm, a1) + ':' + middle + ':' + hash(algorithm, a2));
 }
 
-std::string Nonces::issue(Time now)
+std::string Nonces::issue(Time now, std::shared_ptr<const Terms> terms)
 {
     const std::string nonce = randomText(16);
     const std::lock_guard<std::mutex> lock(m_mutex);
     prune(now);
-    m_issued[nonce].when = now;
+    Issued& issued = m_issued[nonce];
+    issued.when = now;
+    issued.terms = std::move(terms);
     return nonce;
+}
+
+std::shared_ptr<const Terms> Nonces::termsOf(const std::string& nonce) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_issued.find(nonce);
+    return found == m_issued.end() ? nullptr : found->second.terms;
 }
 
 /* A nonce that is gone is told to the client as stale, just like one whose time is over. */
@@ -289,21 +298,37 @@ Verdict Nonces::use(const std::string& nonce, std::uint32_t count, Time now)
 }
 
 Verifier::Verifier(const Config& config)
-    : m_user(config.user), m_password(config.password), m_realm(config.realm), m_algorithms(config.algorithms),
-      m_strict(config.strict), m_opaque(randomText(8)), m_nonces(config.nonceLifetime, config.strict.nonceCount)
+    : m_user(config.user), m_password(config.password), m_strict(config.strict),
+      m_terms(std::make_shared<const Terms>(Terms{config.realm, randomText(8), config.algorithms})),
+      m_nonces(config.nonceLifetime, config.strict.nonceCount)
 {
 }
 
-std::vector<std::string> Verifier::challenges(bool stale, Time now)
+std::vector<std::string> Verifier::challenges(bool stale, Time now, const ChallengeShape& shape)
 {
+    Terms terms = *m_terms;
+    terms.realm = shape.realm.value_or(terms.realm);
+    terms.opaque = shape.opaque ? shape.opaqueText.value_or(terms.opaque) : std::string();
+    terms.algorithms = !shape.algorithm           ? std::vector<Algorithm>{Algorithm::Md5}
+                       : shape.algorithms.empty() ? terms.algorithms
+                                                  : shape.algorithms;
+    const auto shared = std::make_shared<const Terms>(std::move(terms));
     std::vector<std::string> values;
-    for (const Algorithm algorithm : m_algorithms)
+    for (const Algorithm algorithm : shared->algorithms)
     {
-        values.push_back("Digest realm=" + quoted(m_realm) + ", qop=\"auth\", algorithm=" + name(algorithm) +
-                         ", nonce=\"" + m_nonces.issue(now) + "\", opaque=\"" + m_opaque + '"' +
+        const std::string named = shape.quotedAlgorithm ? quoted(name(algorithm)) : name(algorithm);
+        values.push_back("Digest realm=" + quoted(shared->realm) + ", qop=\"auth\"" +
+                         (shape.algorithm ? ", algorithm=" + named : "") + ", nonce=\"" + m_nonces.issue(now, shared) +
+                         '"' + (shape.cnonce ? ", cnonce=\"" + randomText(8) + '"' : "") +
+                         (shared->opaque.empty() ? "" : ", opaque=" + quoted(shared->opaque)) +
                          (stale ? ", stale=true" : ""));
     }
     return values;
+}
+
+std::string Verifier::nextNonce(Time now)
+{
+    return "nextnonce=\"" + m_nonces.issue(now, m_terms) + '"';
 }
 
 Verdict Verifier::verify(std::string_view authorization, std::string_view method, std::string_view target, Time now)
@@ -329,8 +354,10 @@ Verdict Verifier::verify(std::string_view authorization, std::string_view method
 
 Verdict Verifier::check(const Parameters& parameters, std::string_view method, std::string_view target) const
 {
+    const std::shared_ptr<const Terms> issued = m_nonces.termsOf(get(parameters, "nonce"));
+    const Terms& terms = issued ? *issued : *m_terms;
     const std::optional<Algorithm> algorithm = algorithmNamed(get(parameters, "algorithm"));
-    if (!algorithm || std::find(m_algorithms.begin(), m_algorithms.end(), *algorithm) == m_algorithms.end())
+    if (!algorithm || std::find(terms.algorithms.begin(), terms.algorithms.end(), *algorithm) == terms.algorithms.end())
     {
         return Verdict::WrongAlgorithm;
     }
@@ -338,7 +365,7 @@ Verdict Verifier::check(const Parameters& parameters, std::string_view method, s
     {
         return Verdict::QopMissing;
     }
-    if (get(parameters, "realm") != m_realm)
+    if (get(parameters, "realm") != terms.realm)
     {
         return Verdict::WrongRealm;
     }
@@ -346,7 +373,7 @@ Verdict Verifier::check(const Parameters& parameters, std::string_view method, s
     {
         return Verdict::WrongUri;
     }
-    if (has(parameters, "opaque") && get(parameters, "opaque") != m_opaque)
+    if (has(parameters, "opaque") && get(parameters, "opaque") != terms.opaque)
     {
         return Verdict::WrongOpaque;
     }

@@ -1,11 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #pragma once
 
+#include "viewlib/answer.h"
 #include "viewlib/config.h"
 
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -52,6 +54,14 @@ const char* describe(Verdict verdict);
 
 using Time = std::chrono::system_clock::time_point;
 
+/* What a challenge said: the credentials that answer it are held to that. */
+struct Terms
+{
+    std::string realm;
+    std::string opaque; /* empty: there was none */
+    std::vector<Algorithm> algorithms;
+};
+
 /* The nonces that were handed out and the counts that were used with each. */
 class Nonces
 {
@@ -59,20 +69,22 @@ class Nonces
     Nonces(std::chrono::milliseconds lifetime, bool checkCount) : m_lifetime(lifetime), m_checkCount(checkCount)
     {
     }
-    std::string issue(Time now);
+    std::string issue(Time now, std::shared_ptr<const Terms> terms);
+    std::shared_ptr<const Terms> termsOf(const std::string& nonce) const; /* null: it is not known */
     Verdict use(const std::string& nonce, std::uint32_t count, Time now);
 
   private:
     struct Issued
     {
         Time when;
+        std::shared_ptr<const Terms> terms;
         std::set<std::uint32_t> counts;
     };
     void prune(Time now);
 
     const std::chrono::milliseconds m_lifetime;
     const bool m_checkCount;
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::map<std::string, Issued> m_issued;
 };
 
@@ -82,7 +94,10 @@ class Verifier
     explicit Verifier(const Config& config);
 
     /* The "WWW-Authenticate" values of a 401. */
-    std::vector<std::string> challenges(bool stale, Time now);
+    std::vector<std::string> challenges(bool stale, Time now, const ChallengeShape& shape = {});
+
+    /* The "Authentication-Info" that gives the client a nonce to go on with. */
+    std::string nextNonce(Time now);
 
     /* authorization is the header's value, empty when there was none. */
     Verdict verify(std::string_view authorization, std::string_view method, std::string_view target, Time now);
@@ -92,10 +107,8 @@ class Verifier
 
     const std::string m_user;
     const std::string m_password;
-    const std::string m_realm;
-    const std::vector<Algorithm> m_algorithms;
     const Strict m_strict;
-    const std::string m_opaque;
+    const std::shared_ptr<const Terms> m_terms; /* of a challenge without a shape */
     Nonces m_nonces;
 };
 

@@ -18,6 +18,11 @@ void Feed::publish(const char* type, std::chrono::system_clock::time_point time,
     {
         cJSON* member = cJSON_DetachItemViaPointer(members.get(), members->child);
         const std::string name = member->string;
+        if (name == "Time") /* an exchange has its own, the same */
+        {
+            cJSON_Delete(member);
+            continue;
+        }
         cJSON_AddItemToObject(event.get(), name.c_str(), member);
     }
     const std::string rest = printJson(event.get()).substr(1);

@@ -32,6 +32,7 @@ struct Transfer
     Connection* connection = nullptr;
     bool begun = false;
     bool finished = false;
+    std::string trailing; /* sent after the answer */
 };
 
 struct Address
@@ -230,6 +231,15 @@ MHD_Result goOn(Listener& listener, MHD_Connection* connection, const Transfer& 
     return MHD_NO;
 }
 
+MHD_Result finishTransfer(Listener& listener, MHD_Connection* connection, Transfer& transfer)
+{
+    transfer.connection->hold();
+    transfer.finished = true;
+    const Answer answer = listener.handler().finish(transfer.exchange, std::move(transfer.reception));
+    transfer.trailing = answer.trailing;
+    return deliver(listener, connection, answer);
+}
+
 MHD_Result beginTransfer(Listener& listener, MHD_Connection* connection, const char* method, Transfer& transfer)
 {
     transfer.begun = true;
@@ -239,7 +249,12 @@ MHD_Result beginTransfer(Listener& listener, MHD_Connection* connection, const c
     readHeaders(connection, method, transfer.exchange);
     transfer.reception = listener.handler().begin(transfer.exchange);
     const std::optional<Answer>& early = transfer.reception.early;
-    return !early || listener.pause(early->delayBeforeReading) ? goOn(listener, connection, transfer) : MHD_NO;
+    if (early && !listener.pause(early->delayBeforeReading))
+    {
+        return MHD_NO;
+    }
+    return early && early->beforeBody ? finishTransfer(listener, connection, transfer)
+                                      : goOn(listener, connection, transfer);
 }
 
 /* A body that is not taken is read to its end and forgotten: a client that is still sending would not see the answer.
@@ -308,11 +323,8 @@ MHD_Result serve(Listener& listener, MHD_Connection* connection, const char* met
         *size = 0;
         return readBody(listener, connection, transfer, data, arrived);
     }
-    transfer.connection->hold();
-    transfer.finished = true;
     transfer.exchange.complete = true;
-    const Answer answer = listener.handler().finish(transfer.exchange, std::move(transfer.reception));
-    return deliver(listener, connection, answer);
+    return finishTransfer(listener, connection, transfer);
 }
 
 /* Nothing is thrown through the HTTP server, which is C. */
@@ -330,7 +342,7 @@ MHD_Result onRequest(void* context, MHD_Connection* connection, const char*, con
     }
 }
 
-void onCompleted(void* context, MHD_Connection* connection, void** requestContext, MHD_RequestTerminationCode)
+void onCompleted(void* context, MHD_Connection* connection, void** requestContext, MHD_RequestTerminationCode code)
 {
     const std::unique_ptr<Transfer> transfer(static_cast<Transfer*>(*requestContext));
     *requestContext = nullptr;
@@ -338,6 +350,10 @@ void onCompleted(void* context, MHD_Connection* connection, void** requestContex
     if (transfer && transfer->begun && !transfer->finished)
     {
         listener.handler().abandon(transfer->exchange);
+    }
+    if (transfer && code == MHD_REQUEST_TERMINATED_COMPLETED_OK && !isSecure(connection))
+    {
+        sendRaw(connection, transfer->trailing);
     }
     if (Connection* const open = connectionOf(connection))
     {

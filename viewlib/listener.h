@@ -27,7 +27,8 @@ namespace viewlib
 /* What is known of a request once its headers are in. */
 struct Reception
 {
-    std::optional<Answer> early;          /* waits for the body all the same */
+    std::optional<Answer> early;          /* waits for the body all the same, unless it says otherwise */
+    std::optional<std::int64_t> fault;    /* the rule that it is from */
     std::unique_ptr<UploadWriter> upload; /* where the body goes; none: into the exchange */
     std::optional<std::size_t> maxBody;   /* instead of the listener's */
 };

@@ -143,6 +143,10 @@ void serve(viewlib::Options options)
         options.config.observer = printExchange;
     }
     viewlib::Server server(options.config);
+    for (const viewlib::FaultRule& fault : options.faults)
+    {
+        server.addFault(fault);
+    }
     server.start();
     printStart(server, options.config);
     if (!options.portFile.empty())

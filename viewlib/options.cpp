@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "options.h"
 
+#include "fault_json.h"
 #include "settings_file.h"
 
 #include <arpa/inet.h>
@@ -10,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <set>
+#include <stdexcept>
 
 namespace viewlib
 {
@@ -203,6 +205,20 @@ void allow(Options& options, const std::string& value)
     options.config.strict.*found->field = false;
 }
 
+const char* const faultRule = "RESOURCE[@DEVICE][ xN| N%]=PRESET";
+
+void addFault(Options& options, const std::string& value)
+{
+    try
+    {
+        options.faults.push_back(ruleFromText(value));
+    }
+    catch (const std::invalid_argument& error)
+    {
+        throw Wrong{error.what()};
+    }
+}
+
 /* In the order of the help. */
 const std::vector<Option>& table()
 {
@@ -246,6 +262,7 @@ const std::vector<Option>& table()
                maxSeconds, [](Options& o, long long n) { o.config.idleTimeout = seconds(n); }),
         repeatable(
             word("allow", "WHAT", "let WHAT pass (see below); may be given several times", leniencyRule(), allow)),
+        repeatable(word("fault", "RULE", "spoil answers (see below); may be given several times", faultRule, addFault)),
         flag("strict-media-type", "refuse documents that are not application/VIID+JSON",
              [](Options& o, bool on) { o.config.strict.mediaType = on; }),
         flag("strict-reading", "show what is stored to registered devices alone",
@@ -397,6 +414,24 @@ Options parseOptions(const std::vector<std::string>& arguments)
     return options;
 }
 
+/* In lines as wide as the rest of the help. */
+static std::string presetNames()
+{
+    constexpr std::size_t widest = 100;
+    std::string lines;
+    std::string line = " ";
+    for (const Preset& each : presets())
+    {
+        if (line.size() + each.name.size() + 2 > widest)
+        {
+            lines += line + '\n';
+            line = " ";
+        }
+        line += ' ' + each.name;
+    }
+    return lines + line + '\n';
+}
+
 std::string helpText()
 {
     std::string help =
@@ -415,6 +450,11 @@ std::string helpText()
     {
         line(leniency.name, leniency.help);
     }
+    help +=
+        std::string("\nRULE of --fault: ") + faultRule +
+        "\n  RESOURCE is a path, the beginning of one followed by *, or *. Without xN (the next N requests) or N% (so\n"
+        "  many of them, evenly spread) it holds until it is removed. PRESET is one of\n" +
+        presetNames();
     return help + "\nA flag takes \"=false\", too. The keys of the TOML file are the names above, without \"--\".\n"
                   "Exit status: 0 stopped by SIGINT or SIGTERM, 1 failed, 2 wrong arguments or configuration.\n";
 }

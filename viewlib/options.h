@@ -2,6 +2,7 @@
 #pragma once
 
 #include "viewlib/config.h"
+#include "viewlib/fault.h"
 
 #include <stdexcept>
 #include <string>
@@ -16,6 +17,7 @@ struct Options
     Config config;
     std::vector<std::string> listen; /* empty: both loopback addresses, as far as the machine has them */
     std::string portFile;
+    std::vector<FaultRule> faults;
     bool noAuth = false;
     bool verbose = false;
     bool help = false;

@@ -3,14 +3,16 @@
 
 #include "api.h"
 #include "api_control.h"
+#include "api_faults.h"
 #include "certificate.h"
 #include "devices.h"
 #include "exchange_summary.h"
+#include "faults.h"
 #include "feed.h"
 #include "journal.h"
 #include "listener.h"
-#include "script.h"
 #include "service.h"
+#include "shapes.h"
 #include "store.h"
 #include "text.h"
 #include "uploads.h"
@@ -62,6 +64,21 @@ bool isSessionPath(const std::string& path)
     return pathFits("/VIID/System/*", path);
 }
 
+bool shapesStatuses(const Answer& answer)
+{
+    return answer.envelope != Envelope::Usual || answer.statusCode || answer.statusCodeAsText || answer.statusText ||
+           answer.statusId != StatusId::Usual;
+}
+
+/* So that a redirect can lead to this very server, by the name that the client has for it. */
+void fillIn(std::string& text, const std::string& mark, const std::string& value)
+{
+    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + value.size()))
+    {
+        text.replace(at, mark.size(), value);
+    }
+}
+
 bool bodyAllowed(unsigned status)
 {
     return status >= 200 && status != 204 && status != 304;
@@ -76,8 +93,12 @@ struct Server::Engine : Handler
           devices(store, service, feed), api(config.addresses()), journal(config.maxExchanges), listener(*this, config),
           port(config.port)
     {
-        addControlEndpoints(api, {config, store, uploads, service, devices, feed,
-                                  [this] { return url(config.address); }, [this] { return lastExchange.load(); }});
+        addControlEndpoints(api,
+                            {config, store, uploads, service, devices, feed, [this] { return url(config.address); },
+                             [this] { return lastExchange.load(); }, [this] { return faults.active(); }});
+        addFaultEndpoints(api, {[this](FaultRule rule) { return addFault(std::move(rule)); },
+                                [this](std::uint64_t number) { return removeFault(number); }, [this] { clearFaults(); },
+                                [this] { return faults.all(); }});
     }
     std::string url(const std::string& address) const;
 
@@ -86,8 +107,13 @@ struct Server::Engine : Handler
     void abandon(Exchange& exchange) override;
 
     Answer serveApi(const Exchange& exchange) const;
-    Answer decide(const Exchange& exchange, Reception reception);
+    Answer decide(Exchange& exchange, Reception reception);
     Answer handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload);
+    std::optional<Answer> take(const Exchange& exchange, Faults::Stage stage, std::optional<std::int64_t>& number);
+    void tellFault(std::uint64_t number, const char* change);
+    std::uint64_t addFault(FaultRule rule);
+    bool removeFault(std::uint64_t number);
+    void clearFaults();
     void complete(const Exchange& exchange, Answer& answer) const;
     void record(Exchange& exchange);
 
@@ -98,7 +124,7 @@ struct Server::Engine : Handler
     Feed feed;
     Devices devices;
     Api api;
-    Script script;
+    Faults faults;
     Journal journal;
     Listener listener;
     std::atomic<std::uint16_t> port;
@@ -130,14 +156,14 @@ Reception Server::Engine::begin(const Exchange& exchange)
         reception.maxBody = Api::maxBody;
         return reception;
     }
-    reception.early = script.take(exchange.path, Script::Stage::HeadersRead);
+    reception.early = take(exchange, Faults::Stage::HeadersRead, reception.fault);
     if (!service.isUpload(exchange))
     {
         return reception;
     }
     if (!reception.early) /* uploads pass no check that an answer could wait for */
     {
-        reception.early = script.take(exchange.path, Script::Stage::Authorized);
+        reception.early = take(exchange, Faults::Stage::Authorized, reception.fault);
     }
     if (!replacesHandling(reception.early))
     {
@@ -172,6 +198,10 @@ Answer Server::Engine::finish(Exchange& exchange, Reception reception)
     exchange.cut = answer.cut;
     exchange.handling = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - read);
     record(exchange);
+    if (answer.gzip && !silent)
+    {
+        answer.body = gzip(*answer.body);
+    }
     return answer;
 }
 
@@ -190,21 +220,69 @@ Answer Server::Engine::serveApi(const Exchange& exchange) const
     return answer;
 }
 
-Answer Server::Engine::decide(const Exchange& exchange, Reception reception)
+std::optional<Answer> Server::Engine::take(const Exchange& exchange, Faults::Stage stage,
+                                           std::optional<std::int64_t>& number)
 {
+    std::optional<Faults::Hit> hit = faults.take(exchange, stage);
+    if (!hit)
+    {
+        return std::nullopt;
+    }
+    number = static_cast<std::int64_t>(hit->number);
+    tellFault(hit->number, "hit");
+    return std::move(hit->answer);
+}
+
+void Server::Engine::tellFault(std::uint64_t number, const char* change)
+{
+    Json members(cJSON_CreateObject());
+    cJSON_AddNumberToObject(members.get(), "Fault", static_cast<double>(number));
+    cJSON_AddStringToObject(members.get(), "Change", change);
+    feed.publish("fault", service.now(), std::move(members));
+}
+
+std::uint64_t Server::Engine::addFault(FaultRule rule)
+{
+    const std::uint64_t number = faults.add(std::move(rule), Faults::Origin::Rule);
+    tellFault(number, "added");
+    return number;
+}
+
+bool Server::Engine::removeFault(std::uint64_t number)
+{
+    const bool known = faults.remove(number);
+    if (known)
+    {
+        tellFault(number, "removed");
+    }
+    return known;
+}
+
+void Server::Engine::clearFaults()
+{
+    for (const Fault& fault : faults.all())
+    {
+        removeFault(fault.number);
+    }
+}
+
+Answer Server::Engine::decide(Exchange& exchange, Reception reception)
+{
+    exchange.fault = reception.fault;
     std::optional<Answer>& early = reception.early;
     if (replacesHandling(early))
     {
         return *std::move(early);
     }
     const bool skip = early && early->skipAuth;
-    if (std::optional<Answer> refusal =
-            service.refuse(exchange, skip ? Service::Checks::FormOnly : Service::Checks::All))
+    if (std::optional<Answer> refusal = service.refuse(
+            exchange, skip ? Service::Checks::FormOnly : Service::Checks::All, early ? &*early : nullptr))
     {
         return early ? merge(*std::move(early), *std::move(refusal)) : *std::move(refusal);
     }
-    return handle(exchange, early ? std::move(early) : script.take(exchange.path, Script::Stage::Authorized),
-                  reception.upload.get());
+    std::optional<Answer> scripted =
+        early ? std::move(early) : take(exchange, Faults::Stage::Authorized, exchange.fault);
+    return handle(exchange, std::move(scripted), reception.upload.get());
 }
 
 Answer Server::Engine::handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload)
@@ -213,7 +291,12 @@ Answer Server::Engine::handle(const Exchange& exchange, std::optional<Answer> sc
     {
         return *std::move(scripted);
     }
-    Answer usual = service.perform(exchange, upload);
+    std::optional<Answer> refusal = scripted ? service.refuseGood(exchange, *scripted) : std::nullopt;
+    Answer usual = refusal ? *std::move(refusal) : service.perform(exchange, upload);
+    if (scripted && scripted->nextNonce && exchange.hasHeader("Authorization") && usual.status < 400)
+    {
+        usual.with("Authentication-Info", service.nextNonce());
+    }
     return scripted ? merge(*std::move(scripted), std::move(usual)) : usual;
 }
 
@@ -224,6 +307,23 @@ void Server::Engine::complete(const Exchange& exchange, Answer& answer) const
     {
         const Status status = answer.status < 400 ? Status{} : Status{StatusCode::OtherFault, "Fail", {}};
         answer.body = bodyAllowed(answer.status) ? service.envelope(exchange, answer.status, {status}).body : "";
+    }
+    if (shapesStatuses(answer))
+    {
+        answer.body = shapeStatuses(*answer.body, answer);
+    }
+    if (answer.time)
+    {
+        answer.body = shapeTime(*answer.body, *answer.time, service.shownTime());
+    }
+    if (answer.gzip)
+    {
+        answer.with("Content-Encoding", "gzip");
+    }
+    for (Header& header : answer.headers)
+    {
+        fillIn(header.value, "{origin}", (config.https ? "https://" : "http://") + exchange.header("Host"));
+        fillIn(header.value, "{target}", exchange.target);
     }
     const bool typed = std::any_of(answer.headers.begin(), answer.headers.end(),
                                    [](const Header& header) { return sameNoCase(header.name, "Content-Type"); });
@@ -322,22 +422,50 @@ std::string Server::certificateFingerprint() const
 
 void Server::script(const std::string& path, Answer answer)
 {
-    m_engine->script.once(path, std::move(answer));
+    FaultRule rule;
+    rule.resource = path;
+    rule.count = 1;
+    rule.answer = std::move(answer);
+    m_engine->faults.add(std::move(rule), Faults::Origin::Script);
 }
 
 void Server::always(const std::string& path, Answer answer)
 {
-    m_engine->script.always(path, std::move(answer));
+    FaultRule rule;
+    rule.resource = path;
+    rule.answer = std::move(answer);
+    m_engine->faults.removeStanding(path);
+    m_engine->faults.add(std::move(rule), Faults::Origin::Script);
 }
 
 void Server::clearScripts()
 {
-    m_engine->script.clear();
+    m_engine->faults.clearScripts();
 }
 
 std::size_t Server::scriptsLeft() const
 {
-    return m_engine->script.left();
+    return m_engine->faults.scriptsLeft();
+}
+
+std::uint64_t Server::addFault(FaultRule rule)
+{
+    return m_engine->addFault(std::move(rule));
+}
+
+bool Server::removeFault(std::uint64_t number)
+{
+    return m_engine->removeFault(number);
+}
+
+void Server::clearFaults()
+{
+    m_engine->clearFaults();
+}
+
+std::vector<Fault> Server::faults() const
+{
+    return m_engine->faults.all();
 }
 
 std::vector<Exchange> Server::exchanges() const

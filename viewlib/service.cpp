@@ -149,7 +149,7 @@ Answer Service::fault(const Exchange& exchange, unsigned http, StatusCode code, 
     return envelope(exchange, http, {{code, text, {}}});
 }
 
-std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks)
+std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks, const Answer* spoilt)
 {
     const std::optional<ResourceMatch> match = findResource(exchange.path);
     if (!match)
@@ -177,10 +177,30 @@ std::optional<Answer> Service::refuse(const Exchange& exchange, Checks checks)
         return std::nullopt;
     }
     const bool digest = match->kind == Kind::Register || match->kind == Kind::UnRegister;
-    return digest ? refuseCredentials(exchange) : refuseStranger(exchange);
+    if (digest)
+    {
+        return refuseCredentials(exchange, spoilt);
+    }
+    std::optional<Answer> refusal =
+        spoilt != nullptr && spoilt->askCredentials ? refuseCredentials(exchange, spoilt) : std::nullopt;
+    return refusal ? refusal : refuseStranger(exchange);
 }
 
-std::optional<Answer> Service::refuseCredentials(const Exchange& exchange)
+std::optional<Answer> Service::refuseGood(const Exchange& exchange, const Answer& spoilt)
+{
+    if (spoilt.staleNonce && exchange.hasHeader("Authorization"))
+    {
+        return challenge(exchange, digest::Verdict::StaleNonce, &spoilt);
+    }
+    if (spoilt.expireSession && m_store.expireRegistration(exchange.device()))
+    {
+        return fault(exchange, 401, StatusCode::InvalidOperation,
+                     "the registration of device \"" + exchange.device() + "\" has expired");
+    }
+    return std::nullopt;
+}
+
+std::optional<Answer> Service::refuseCredentials(const Exchange& exchange, const Answer* spoilt)
 {
     if (m_config.user.empty())
     {
@@ -192,10 +212,25 @@ std::optional<Answer> Service::refuseCredentials(const Exchange& exchange)
     {
         return std::nullopt;
     }
+    return challenge(exchange, verdict, spoilt);
+}
+
+Answer Service::challenge(const Exchange& exchange, digest::Verdict verdict, const Answer* spoilt)
+{
+    const ChallengeShape shape = spoilt != nullptr && spoilt->challenge ? *spoilt->challenge : ChallengeShape();
     Answer answer = fault(exchange, 401, StatusCode::InvalidOperation, digest::describe(verdict));
-    for (std::string& challenge : m_verifier.challenges(verdict == digest::Verdict::StaleNonce, now()))
+    for (std::string& value : m_verifier.challenges(verdict == digest::Verdict::StaleNonce, now(), shape))
     {
-        answer.with("WWW-Authenticate", std::move(challenge));
+        answer.with("WWW-Authenticate", std::move(value));
+    }
+    if (!shape.cookie.empty())
+    {
+        answer.with("Set-Cookie", shape.cookie);
+    }
+    if (shape.emptyBody)
+    {
+        answer.body = "";
+        answer.contentType.clear();
     }
     return answer;
 }

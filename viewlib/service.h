@@ -49,7 +49,14 @@ class Service
         FormOnly /* path, method and size, but neither credentials nor registration */
     };
     /* The answer for a request that may not go on; nothing when it may. */
-    std::optional<Answer> refuse(const Exchange& exchange, Checks checks);
+    std::optional<Answer> refuse(const Exchange& exchange, Checks checks, const Answer* spoilt = nullptr);
+    /* The refusal that a fault asks for of a request that was found good; nothing when it asks for none. */
+    std::optional<Answer> refuseGood(const Exchange& exchange, const Answer& spoilt);
+    /* The "Authentication-Info" of an answer to good credentials. */
+    std::string nextNonce()
+    {
+        return m_verifier.nextNonce(now());
+    }
     /* The answer for one that may. */
     Answer perform(const Exchange& exchange, const UploadWriter* upload);
 
@@ -76,7 +83,8 @@ class Service
     }
 
   private:
-    std::optional<Answer> refuseCredentials(const Exchange& exchange);
+    std::optional<Answer> refuseCredentials(const Exchange& exchange, const Answer* spoilt);
+    Answer challenge(const Exchange& exchange, digest::Verdict verdict, const Answer* spoilt);
     std::optional<Answer> refuseStranger(const Exchange& exchange) const;
     std::optional<Answer> refuseUpload(const Exchange& exchange, const std::string& name) const;
 

@@ -1,6 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #pragma once
 
+#include "viewlib/config.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -34,6 +36,63 @@ enum class Framing
     UntilClose /* neither length nor chunks: the end of the connection ends the body */
 };
 
+/* How the statuses of an answer are wrapped. */
+enum class Envelope
+{
+    Usual,
+    Object,         /* {"ResponseStatusObject":{...}} */
+    List,           /* {"ResponseStatusListObject":{"ResponseStatusObject":[...]}} */
+    BareArray,      /* {"ResponseStatusObject":[...]} */
+    BareStatus,     /* {...} */
+    Both,           /* the object and the list in one document */
+    ObjectForArray, /* {"ResponseStatusListObject":{"ResponseStatusObject":{...}}} */
+    EmptyArray,     /* {"ResponseStatusListObject":{"ResponseStatusObject":[]}} */
+    NullArray,      /* {"ResponseStatusListObject":{"ResponseStatusObject":null}} */
+    NullList,       /* {"ResponseStatusListObject":null} */
+    Null            /* null */
+};
+
+/* The "Id" of a status. */
+enum class StatusId
+{
+    Usual,
+    Empty,
+    Null,
+    UpperCase /* spelled "ID" */
+};
+
+enum class TimeForm
+{
+    Digits, /* YYYYMMDDhhmmss */
+    EpochMilliseconds,
+    EpochSeconds,
+    Rfc3339
+};
+
+/* What the answer to Time says in place of what it would. */
+struct TimeShape
+{
+    TimeForm form = TimeForm::Digits;              /* of "LocalTime" */
+    std::optional<std::string> mode;               /* "TimeMode" as JSON: "1" is a number, "\"1\"" a text */
+    std::optional<std::string> zone;               /* "TimeZone" as JSON */
+    std::optional<std::chrono::minutes> utcOffset; /* of the zone that "LocalTime" is told in; none: the local one */
+    std::chrono::milliseconds offset{0};           /* what the clock is ahead, besides the server's own offset */
+};
+
+/* How a challenge is written. Credentials that answer it are checked by what it said. */
+struct ChallengeShape
+{
+    bool algorithm = true; /* false: no "algorithm", which stands for MD5 */
+    bool quotedAlgorithm = false;
+    bool opaque = true;
+    bool cnonce = false; /* an extra "cnonce" */
+    std::optional<std::string> opaqueText;
+    std::optional<std::string> realm;
+    std::vector<Algorithm> algorithms; /* empty: the server's */
+    bool emptyBody = false;
+    std::string cookie; /* a "Set-Cookie" along with it */
+};
+
 /*
  * How a request is answered when a test says so.
  *
@@ -65,6 +124,25 @@ struct Answer
     std::optional<std::string>
         raw; /* plain HTTP only: these bytes instead of an answer, then the connection is closed */
 
+    std::string trailing; /* plain HTTP only: these bytes right after the answer, on a connection that stays open */
+    bool continueFirst = false; /* plain HTTP only: a "100 Continue" before the answer, asked for or not */
+    bool beforeBody = false;    /* with a status: sent as soon as the headers are in; the connection is closed then */
+    bool gzip = false;          /* the body, with "Content-Encoding" */
+
+    /* The standard envelope, the answer to Time, and the challenge. */
+    Envelope envelope = Envelope::Usual;
+    std::optional<std::string> statusCode; /* as JSON: "10" is a number, "\"10\"" a text */
+    bool statusCodeAsText = false;         /* the usual code, but as a text */
+    std::optional<std::string> statusText; /* "StatusString" */
+    StatusId statusId = StatusId::Usual;
+    std::optional<TimeShape> time;
+    std::optional<ChallengeShape> challenge;
+
+    bool staleNonce = false;    /* right credentials are challenged once more, as if their nonce were too old */
+    bool expireSession = false; /* the device's registration expires, and the request is refused for that */
+    bool nextNonce = false;     /* right credentials are answered with an "Authentication-Info" that has a next nonce */
+    bool askCredentials = false; /* credentials are asked for on this resource, too */
+
     bool skipAuth = false;   /* neither credentials nor a registration are asked for */
     bool afterAuth = false;  /* used only once the request has passed the digest or registration check */
     bool takeEffect = false; /* with a status: the request is handled all the same, only its own answer is not sent */
@@ -92,6 +170,11 @@ struct Answer
         Answer answer;
         answer.delay = time;
         return answer;
+    }
+    /* Whether it is used only once the request has passed the digest or registration check. */
+    bool waits() const
+    {
+        return afterAuth || staleNonce || expireSession;
     }
     Answer& with(std::string name, std::string value)
     {

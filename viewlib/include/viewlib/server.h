@@ -4,6 +4,7 @@
 #include "viewlib/answer.h"
 #include "viewlib/config.h"
 #include "viewlib/exchange.h"
+#include "viewlib/fault.h"
 #include "viewlib/stored.h"
 
 #include <chrono>
@@ -55,6 +56,13 @@ class Server
     void always(const std::string& path, Answer answer); /* for every request that no script() answer takes */
     void clearScripts();
     std::size_t scriptsLeft() const; /* answers of script() that no request has taken */
+
+    /* The same by device, resource and method, for a number of requests or a share of them; see fault.h. */
+    std::uint64_t
+    addFault(FaultRule rule); /* returns its number; throws std::invalid_argument for a rule that cannot be */
+    bool removeFault(std::uint64_t number); /* false: there is none */
+    void clearFaults();                     /* and scripts */
+    std::vector<Fault> faults() const;
 
     std::vector<Exchange> exchanges() const;
     std::vector<Exchange> exchangesOf(const std::string& path) const;
