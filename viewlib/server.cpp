@@ -4,6 +4,7 @@
 #include "api.h"
 #include "api_control.h"
 #include "api_faults.h"
+#include "api_pictures.h"
 #include "certificate.h"
 #include "devices.h"
 #include "exchange_summary.h"
@@ -99,6 +100,7 @@ struct Server::Engine : Handler
         addFaultEndpoints(api, {[this](FaultRule rule) { return addFault(std::move(rule)); },
                                 [this](std::uint64_t number) { return removeFault(number); }, [this] { clearFaults(); },
                                 [this] { return faults.all(); }});
+        addPictureEndpoint(api, store);
     }
     std::string url(const std::string& address) const;
 

@@ -161,7 +161,6 @@ function build() {
 
 const pause = (milliseconds) => new Promise((done) => { setTimeout(done, milliseconds); });
 
-/* A number below the last one means that the server was started anew. */
 async function begin() {
     app.status = await api.get('/api/status');
     showStatus();
@@ -171,6 +170,7 @@ async function begin() {
 async function follow() {
     let after = null;
     let wait = 500;
+    let again = false; /* the server was away */
     for (;;) {
         try {
             const first = after === null;
@@ -181,32 +181,39 @@ async function follow() {
             const answer = await api.get(`/api/feed?after=${after}&wait=${first ? 0 : 25}`);
             setLinked(true);
             wait = 500;
-            if (answer.Seq < after) {
-                after = null;
-                continue;
-            }
             after = answer.Seq;
-            take(answer, first);
+            take(answer, first, again);
+            again = false;
             await pause(300); /* many events a second are taken in one piece */
         } catch {
             setLinked(false);
+            after = null; /* it may have been started anew, and count from 1 */
+            again = true;
             await pause(wait);
             wait = Math.min(wait * 2, 5000);
         }
     }
 }
 
-function take(answer, first) {
+function take(answer, first, again) {
     const events = answer.Events || [];
-    if (events.length === 0) {
+    if (events.length === 0 && !again) {
         return;
     }
     app.events = [...[...events].reverse(), ...app.events].slice(0, kept);
     if (!first) {
         refreshStatus();
     }
+    try {
+        tell(events, {first: first && !again, missed: again || (Boolean(answer.Missed) && !first)});
+    } catch (error) {
+        console.error(error); /* a fault of this page, not of the connection */
+    }
+}
+
+function tell(events, how) {
     if (current.view.events) {
-        current.view.events(events, {first, missed: Boolean(answer.Missed) && !first});
+        current.view.events(events, how);
     }
 }
 

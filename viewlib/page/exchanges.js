@@ -151,7 +151,11 @@ export function exchangesView(app) {
             }
             panes.show(id);
         },
-        events(events, {first}) {
+        events(events, {first, missed}) {
+            if (missed) {
+                list.reload();
+                return;
+            }
             const mine = first ? [] : events.filter((event) => event.Type === 'exchange' && (!fields.Method || event.Method === fields.Method) &&
                 (!fields.Device || event.Device === fields.Device) && (!fields.Status || String(event.Status) === fields.Status));
             if (mine.length > 0) {

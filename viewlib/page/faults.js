@@ -244,8 +244,8 @@ export function faultsView(app) {
             h('div', {}, place), h('div', {}, h('section', {class: 'active-faults'}, h('div', {class: 'sub-heading'}, h('h2', {}, t('activeFaults')), removeAll),
                 notice, list), clock.element)), deviceList()),
         show() {},
-        events(events) {
-            if (events.some((event) => event.Type === 'fault' || (event.Type === 'exchange' && event.Fault))) {
+        events(events, {missed}) {
+            if (missed || events.some((event) => event.Type === 'fault' || (event.Type === 'exchange' && event.Fault))) {
                 due = due || setTimeout(reload, 500);
             }
         },

@@ -2,7 +2,7 @@
 /* Video slices, files and uploads. */
 import * as api from './api.js';
 import {h, put, roving} from './dom.js';
-import {badge, empty, heading, tries} from './parts.js';
+import {badge, empty, heading, place, tries} from './parts.js';
 import {notesText} from './objects.js';
 import {bytes, clockTime, fullTime, kindName, number, t} from './text.js';
 
@@ -17,7 +17,7 @@ function objectRow(object) {
 }
 
 function uploadRow(upload) {
-    return h('li', {}, h('a', {class: 'row file', href: `/api/uploads/${encodeURIComponent(upload.Name)}`, download: upload.Name, title: t('download')},
+    return h('li', {}, h('a', {class: 'row file', href: place('exchanges', null, {Path: `/VIID/Upload/${upload.Name}`}), title: t('itsExchanges')},
         h('span', {class: 'main'}, h('strong', {}, upload.Name), h('code', {class: 'id', title: t('hash')}, upload.Hash || '')),
         h('span', {class: 'number', title: number(upload.Length)}, bytes(upload.Length)),
         upload.Changed ? h('time', {title: fullTime(upload.Changed)}, clockTime(upload.Changed)) : null));
@@ -67,8 +67,8 @@ export function filesView(app) {
     return {
         element: h('div', {class: 'view'}, heading(t('files')), parts.map((each) => each.element)),
         show: reload,
-        events(events) {
-            const touched = events.some((event) => event.Type === 'upload' ||
+        events(events, {missed}) {
+            const touched = missed || events.some((event) => event.Type === 'upload' ||
                 (event.Type === 'object' && /^(VideoSlice|File)(Data)?$/.test(event.Kind)));
             if (touched) {
                 due = due || setTimeout(reload, 700);

@@ -78,7 +78,7 @@ function figure(object) {
         return picture ? put(holder, h('img', {src: api.pictureUrl(picture.Picture), alt: t('pictureAlt', kindName(object.Kind), object.Id)}), boxed)
             : h('div', {class: 'no-picture'}, icon('objects'), h('p', {}, t('noPicture')));
     }
-    const siblings = newestOf(object.Siblings.length > 0 ? object.Siblings : [object], object.Object).filter(hasBox);
+    const siblings = newestOf([object, ...object.Siblings], object.Object).filter(hasBox);
     const image = h('img', {src: api.pictureUrl(scene.Picture), alt: t('sceneAlt', object.Id, siblings.length)});
     const draw = () => {
         const size = {Width: scene.Width || image.naturalWidth, Height: scene.Height || image.naturalHeight};
@@ -193,7 +193,11 @@ export function objectsView(app) {
             }
             panes.show(id);
         },
-        events(events, {first}) {
+        events(events, {first, missed}) {
+            if (missed) {
+                list.reload();
+                return;
+            }
             const mine = first ? [] : events.filter((event) => event.Type === 'object' && (!fields.Kind || event.Kind === fields.Kind) &&
                 (!fields.Device || event.Device === fields.Device));
             if (mine.length > 0) {
