@@ -13,6 +13,7 @@ Usage: ./test.sh [SUITE]
   tsan     the same with the thread sanitizer
   clang    the same built with clang
   slow     the tests labelled "slow"
+  page     the page of viewlibd, in a browser; "page --screenshots" makes the pictures of it in docs/images
   all      all of these
   format   clang-format finds nothing to change
   tidy     clang-tidy finds nothing (in FOLDER..., when given)
@@ -77,12 +78,26 @@ tidy() {
     echo "tidy: nothing found"
 }
 
+# page [--screenshots]: counts what the browser tried into passed and failed.
+page() {
+    local script=page_test.mjs log=build/page.log good bad
+    [ "${1:-}" = --screenshots ] && script=screenshots.mjs
+    fixed_addresses cmake --preset release -B build
+    fixed_addresses cmake --build build -j "$jobs" --target viewlibd pubsec-device
+    npm ci --prefix tests/page --no-audit --no-fund --loglevel=error
+    node "tests/page/$script" 2>&1 | tee "$log" || true
+    read -r good bad < <(sed -nE 's/^([0-9]+) passed, ([0-9]+) failed$/\1 \2/p' "$log") || { good=0 bad=1; }
+    passed=$((passed + good))
+    failed=$((failed + bad))
+}
+
 fast=(-LE slow)
 case ${1:-} in
 '')           tools/install-packages.sh build test ; suite release "${fast[@]}" ;;
 asan | tsan)  tools/install-packages.sh build test ; suite "$1" "${fast[@]}" ;;
 clang)        tools/install-packages.sh build test check ; suite clang "${fast[@]}" ;;
 slow)         tools/install-packages.sh build test ; suite release -L slow ;;
+page)         tools/install-packages.sh build page ; page "${2:-}" ;;
 all)
     tools/install-packages.sh build test check
     suite release

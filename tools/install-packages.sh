@@ -7,6 +7,7 @@
 #     build    compile everything, run the demonstration
 #     test     run the test suite (with build)
 #     bench    measure (with build)
+#     page     try the page of viewlibd in a browser (with build)
 #     check    clang, clang-format, clang-tidy
 set -euo pipefail
 
@@ -29,11 +30,15 @@ packages_of() {
         echo nginx-light                                  # the load on the view library, for comparison
         echo g++-arm-linux-gnueabihf                      # the size of the library on a device
         ;;
+    page)
+        echo chromium fonts-liberation fonts-wqy-microhei
+        command -v node >/dev/null && command -v npm >/dev/null || echo nodejs npm
+        ;;
     check)
         echo clang clang-format clang-tidy
         ;;
     *)
-        echo "install-packages: unknown group \"$1\": expected build, test, bench or check" >&2
+        echo "install-packages: unknown group \"$1\": expected build, test, bench, page or check" >&2
         return 2
         ;;
     esac
@@ -54,7 +59,7 @@ as_root() {
     fi
 }
 
-[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|check..." >&2; exit 2; }
+[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|page|check..." >&2; exit 2; }
 if ! command -v dpkg-query >/dev/null; then
     echo "install-packages: this is no Debian; going on with what is installed" >&2
     exit 0
