@@ -6,11 +6,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 
 usage() {
     cat <<'TEXT'
-Usage: ./bench.sh [--short | --plot]
+Usage: ./bench.sh [--short | --plot | load [--short]]
 
   (none)    everything, some minutes
   --short   less of everything, under two minutes when built
   --plot    nothing of that, but draws docs/performance.svg
+  load      a minute of load on viewlibd (with --short five seconds), beside nginx; 1 GB and more on the disk meanwhile
 
 Builds in build-bench. Missing Debian packages are installed first. Exit status: 1 when a figure is so far from its
 limit that noise cannot be the reason ("FAR OFF"), 2 for wrong arguments, 3 when something could not be measured.
@@ -22,11 +23,14 @@ log=$build/bench.log
 rows=$build/rows.tsv
 status=0
 
+# build_programs VIEWLIB BUILD-ARGUMENT...: with the development view library (ON) or without (OFF).
 build_programs() {
-    local begin=$SECONDS
+    local begin=$SECONDS viewlib=$1
+    shift
     mkdir -p "$build"
     if ! { cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DPUBSEC_BUILD_BENCH=ON -DPUBSEC_BUILD_TESTS=OFF \
-        -DPUBSEC_BUILD_VIEWLIB=OFF -DPUBSEC_BUILD_EXAMPLES=OFF && cmake --build "$build" -j "$(nproc)"; } >"$log" 2>&1; then
+        -DPUBSEC_BUILD_VIEWLIB="$viewlib" -DPUBSEC_BUILD_EXAMPLES=OFF &&
+        cmake --build "$build" -j "$(nproc)" "$@"; } >"$log" 2>&1; then
         tail -n 30 "$log" >&2
         echo "bench.sh: the build failed, see $log" >&2
         exit 3
@@ -54,6 +58,7 @@ case ${1:-} in
 '')           ;;
 --short)      options=(--short) ;;
 --plot)       ;;
+load)         ;;
 -h | --help)  usage ; exit ;;
 *)
     echo "bench.sh: unknown option \"$1\"" >&2
@@ -63,7 +68,16 @@ case ${1:-} in
 esac
 
 tools/install-packages.sh build bench
-build_programs
+if [ "${1:-}" = load ]; then
+    case ${2:-} in
+    '')       seconds=60 ;;
+    --short)  seconds=5 ;;
+    *)        echo "bench.sh: unknown option \"$2\"" >&2 ; exit 2 ;;
+    esac
+    build_programs ON --target viewlibd bench_load
+    exec bench/load.sh "$build" "$seconds"
+fi
+build_programs OFF
 if [ "${1:-}" = --plot ]; then
     "$build/bin/bench_growth" --plot docs/performance.svg
     exit
