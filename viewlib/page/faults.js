@@ -16,6 +16,12 @@ const numbers = [['DelayMs', 'delay'], ['DelayBeforeBodyMs', 'delayBody'], ['Del
     ['RequestBytesPerSecond', 'requestRate'], ['CutAfter', 'cutAfter']];
 const switches = [['SkipAuth', 'skipAuth'], ['AfterAuth', 'afterAuth'], ['TakeEffect', 'takeEffect']];
 
+/* Presets that belong together, by their names; what fits none of these stands at the end. */
+const groups = [['ofSession', /^(stale-nonce|next-nonce|expired-|not-registered|keepalive-|fixed-|refuse-|redirect)/], ['ofChallenge', /^challenge-/],
+    ['ofCodes', /^(code-\d|code-minus|unavailable)/], ['ofEnvelope', /^(envelope-|code-as|id-|text-|html-|empty-|failure-|ok-)/],
+    ['ofForm', /^(media-|chunked|close-|gzip|extra-|garbage|trailing-)/], ['ofConnection', /^(delay|throttled-|stalled-|cut|reset|early-)/],
+    ['ofTime', /^(time-|wrong-clock)/], ['ofRest', /^/]];
+
 const presetTitle = (preset) => (currentLanguage() === 'zh' && preset.TitleZh) || preset.Title || preset.Name;
 
 function field(label, input, kind = 'field') {
@@ -86,7 +92,10 @@ function form(app, presets, done) {
         type: 'radio', name: group, value, checked, onchange: () => adjust(),
     }), label);
     const ask = (group) => element.querySelector(`input[name="${group}"]:checked`).value;
-    const preset = select(presets.map((each) => [each.Name, presetTitle(each)]), () => takePreset());
+    const groupOf = ({Name}) => groups.find(([, names]) => names.test(Name))[0];
+    const preset = h('select', {onchange: () => takePreset()}, groups.map(([group]) => [group, presets.filter((each) => groupOf(each) === group)])
+        .filter(([, members]) => members.length > 0).map(([group, members]) => h('optgroup', {label: t(group)},
+            members.map((each) => h('option', {value: each.Name}, presetTitle(each))))));
     preset.id = 'fault-preset';
     const about = h('p', {class: 'muted about'});
 
@@ -94,14 +103,14 @@ function form(app, presets, done) {
     const takePreset = () => {
         const chosen = presets.find(({Name}) => Name === preset.value);
         const rule = (chosen && chosen.Rule) || {};
-        put(about, chosen ? [h('code', {}, chosen.Name)] : null);
+        put(about, chosen ? [h('code', {}, chosen.Name), ' ', rule.Answer ? h('code', {class: 'muted'}, JSON.stringify(rule.Answer)) : null] : null);
         if (rule.Resource) {
             resource.value = rule.Resource;
         }
         method.value = rule.Method || '*';
-        if (rule.Count) {
-            count.value = rule.Count;
-        }
+        count.value = rule.Count || 1;
+        element.querySelector(`input[name="often"][value="${rule.Count ? 'count' : 'always'}"]`).checked = true;
+        adjust();
     };
     const adjust = () => {
         const presetChosen = ask('what') === 'preset';
@@ -146,7 +155,6 @@ function form(app, presets, done) {
     count.setAttribute('aria-label', t('requests'));
     share.setAttribute('aria-label', `${t('share')} ${t('percent')}`);
     preset.setAttribute('aria-label', t('aPreset'));
-    adjust();
     takePreset();
     return element;
 }

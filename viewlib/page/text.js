@@ -35,7 +35,7 @@ export const strings = {
 
         slices: 'Video slices', fileObjects: 'Files', uploads: 'Uploads', uploadsEmpty: 'Nothing has been uploaded yet.',
         slicesEmpty: 'No video slice has been stored yet.', filesEmpty: 'No file has been stored yet.',
-        hash: 'MD5', download: 'Download',
+        hash: 'MD5',
 
         method: 'Method', status: 'Status', text: 'Text', anyMethod: 'every', anyStatus: 'every', pathHint: '/VIID/Faces or /VIID/*',
         textHint: 'in headers or bodies', exchangesEmpty: 'No request has come yet.', exportHar: 'HAR', exportLines: 'JSON lines',
@@ -45,6 +45,8 @@ export const strings = {
         shorten: 'Shorten long values', whole: 'Show whole values', characters: '{0} characters', exchange: 'Exchange {0}',
         asCurl: 'Copy as curl',
 
+        ofSession: 'Session', ofChallenge: 'Challenge', ofCodes: 'Status codes', ofEnvelope: 'Bodies and envelopes', ofForm: 'Headers and framing',
+        ofConnection: 'Delay and connection', ofTime: 'Time', ofRest: 'Others',
         newFault: 'New fault', resource: 'Resource', allDevices: 'every device', everyMethod: 'every method', often: 'How often',
         nextOnes: 'the next', requests: 'requests', share: 'a share of', percent: '%', untilRemoved: 'until removed', what: 'What happens',
         aPreset: 'Preset', ownAnswer: 'Own answer', set: 'Set fault', set1: 'Fault {0} is set', activeFaults: 'Faults that are set',
@@ -95,7 +97,7 @@ export const strings = {
 
         slices: '视频片段', fileObjects: '文件', uploads: '上传', uploadsEmpty: '还没有上传。',
         slicesEmpty: '还没有存储视频片段。', filesEmpty: '还没有存储文件。',
-        hash: 'MD5', download: '下载',
+        hash: 'MD5',
 
         method: '方法', status: '状态', text: '文本', anyMethod: '全部', anyStatus: '全部', pathHint: '/VIID/Faces 或 /VIID/*',
         textHint: '在头或正文中', exchangesEmpty: '还没有收到请求。', exportHar: 'HAR', exportLines: 'JSON 行',
@@ -105,6 +107,8 @@ export const strings = {
         shorten: '缩短长值', whole: '显示完整值', characters: '{0} 个字符', exchange: '报文 {0}',
         asCurl: '复制为 curl',
 
+        ofSession: '会话', ofChallenge: '质询', ofCodes: '状态码', ofEnvelope: '正文与信封', ofForm: '头与分帧', ofConnection: '延迟与连接',
+        ofTime: '时间', ofRest: '其他',
         newFault: '新建故障', resource: '资源', allDevices: '所有设备', everyMethod: '所有方法', often: '次数',
         nextOnes: '接下来', requests: '个请求', share: '按比例', percent: '%', untilRemoved: '直到移除', what: '内容',
         aPreset: '预设', ownAnswer: '自定义应答', set: '设置故障', set1: '故障 {0} 已设置', activeFaults: '已设置的故障',
