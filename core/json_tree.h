@@ -16,7 +16,7 @@ void PubSecJsonAddNumber(struct cJSON* ptObject, const char* pchKey, double dVal
 /* pchText is referred to and outlives the tree. */
 void PubSecJsonAddText(struct cJSON* ptObject, const char* pchKey, const char* pchText);
 
-/* A field of wCapacity bytes that holds dwLength characters; copied only when it has no terminator of its own. */
+/* A field of dwCapacity bytes that holds dwLength characters; copied only when it has no terminator of its own. */
 void PubSecJsonAddBoundedText(struct cJSON* ptObject, const char* pchKey, const char* pchText, u32 dwLength,
                               u32 dwCapacity);
 

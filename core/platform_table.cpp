@@ -16,6 +16,8 @@ static_assert(sizeof(TPubSecPlatRegInfo) % sizeof(u32) == 0 && alignof(TPubSecPl
 /* Words that may be part of any field. */
 typedef u32 __attribute__((may_alias)) Word;
 
+constexpr u32 c_roundsInARow = 1000; /* a write takes less than one */
+
 u32 s_adwVersion[PUBSEC_PLATFORM_NUM];
 
 Word* WordsOf(TPubSecPlatRegInfo* ptInfo)
@@ -29,7 +31,7 @@ u32 PubSecTableRead(u32 dwPlatform, TPubSecPlatRegInfo* ptInfo)
 {
     const Word* pdwFrom = WordsOf(&g_atPubSecStackGlobalCommon[dwPlatform]);
     Word* pdwTo = WordsOf(ptInfo);
-    for (;;)
+    for (u32 dwRound = 1;; dwRound++)
     {
         const u32 dwVersion = PubSecLoad(s_adwVersion[dwPlatform]);
         for (size_t word = 0; word < c_words; word++)
@@ -39,6 +41,11 @@ u32 PubSecTableRead(u32 dwPlatform, TPubSecPlatRegInfo* ptInfo)
         if (dwVersion % 2 == 0 && PubSecTableIsAt(dwPlatform, dwVersion))
         {
             return dwVersion;
+        }
+        /* On a single processor a writer of lower priority has to be let run. */
+        if (dwRound % c_roundsInARow == 0)
+        {
+            AppDelay(1);
         }
     }
 }

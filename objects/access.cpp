@@ -5,5 +5,5 @@
 
 void _PubSecAccRecdObjJson(cJSON* ptObj, const TPubSecAccessRecordInfo* ptRecord)
 {
-    PubSecAddMembers(ptObj, pubsec_members::access_record::c_tTable, ptRecord);
+    PubSecAddOwnMembers(ptObj, pubsec_members::access_record::c_tTable, ptRecord);
 }

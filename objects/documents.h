@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * The documents that the posts send. Each builder returns unformatted JSON text for cJSON_free, or null for a null
- * record and when the root cannot be made.
+ * record and when there is no memory for the root or the first objects in it.
  */
 #ifndef PUBSEC_OBJECTS_DOCUMENTS_H
 #define PUBSEC_OBJECTS_DOCUMENTS_H

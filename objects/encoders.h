@@ -1,8 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Each adds the members of one record to an object that the caller made and owns. What is added refers to the
- * record, which has to stay as it is for as long as the tree is used. "SubImageList" is not theirs: the documents
- * add it.
+ * Each adds the members of one record to an object that the caller made and owns. What is added is the
+ * object's: the record may go. "SubImageList" is not theirs: the documents add it.
  */
 #ifndef PUBSEC_OBJECTS_ENCODERS_H
 #define PUBSEC_OBJECTS_ENCODERS_H

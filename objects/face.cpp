@@ -5,5 +5,5 @@
 
 void _PubSecFaceObjListObjJson(cJSON* ptObj, const TPubSecFaceObjInfo* ptFace)
 {
-    PubSecAddMembers(ptObj, pubsec_members::face::c_tTable, ptFace);
+    PubSecAddOwnMembers(ptObj, pubsec_members::face::c_tTable, ptFace);
 }

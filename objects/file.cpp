@@ -5,5 +5,5 @@
 
 void _PubSecFileInfoJson(cJSON* ptObj, const TPubSecFileInfo* ptFile)
 {
-    PubSecAddMembers(ptObj, pubsec_members::file::c_tTable, ptFile);
+    PubSecAddOwnMembers(ptObj, pubsec_members::file::c_tTable, ptFile);
 }

@@ -5,10 +5,10 @@
 
 void _PubSecImageInfoJson(cJSON* ptObj, const TPubSecImageObjInfo* ptImageInfo)
 {
-    PubSecAddMembers(ptObj, pubsec_members::image_info::c_tTable, ptImageInfo);
+    PubSecAddOwnMembers(ptObj, pubsec_members::image_info::c_tTable, ptImageInfo);
 }
 
 void _PubSecSubImgObjJson(cJSON* ptObj, const TPubSecSubImageInfo* ptSubImage)
 {
-    PubSecAddMembers(ptObj, pubsec_members::sub_image::c_tTable, ptSubImage);
+    PubSecAddOwnMembers(ptObj, pubsec_members::sub_image::c_tTable, ptSubImage);
 }

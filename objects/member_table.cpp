@@ -123,3 +123,10 @@ void PubSecAddMembers(cJSON* ptObject, const TPubSecTable& tTable, const void* p
         }
     }
 }
+
+void PubSecAddOwnMembers(cJSON* ptObject, const TPubSecTable& tTable, const void* pvRecord)
+{
+    const cJSON* ptFormerLast = PubSecJsonLast(ptObject);
+    PubSecAddMembers(ptObject, tTable, pvRecord);
+    PubSecJsonOwnAfter(ptObject, ptFormerLast);
+}

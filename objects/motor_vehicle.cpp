@@ -5,5 +5,5 @@
 
 void _PubSecMotorVehicleObjJson(cJSON* ptObj, const TPubSecMotorVehicleObjInfo* ptVehicle)
 {
-    PubSecAddMembers(ptObj, pubsec_members::motor_vehicle::c_tTable, ptVehicle);
+    PubSecAddOwnMembers(ptObj, pubsec_members::motor_vehicle::c_tTable, ptVehicle);
 }

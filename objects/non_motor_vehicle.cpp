@@ -5,5 +5,5 @@
 
 void _PubSecNonMotorVehicleObjJson(cJSON* ptObj, const TPubSecNonMotorVehicleObjInfo* ptVehicle)
 {
-    PubSecAddMembers(ptObj, pubsec_members::non_motor_vehicle::c_tTable, ptVehicle);
+    PubSecAddOwnMembers(ptObj, pubsec_members::non_motor_vehicle::c_tTable, ptVehicle);
 }

@@ -57,11 +57,11 @@ bool PubSecAddSubImages(cJSON* ptObject, const TPubSecSubImageInfo* ptSubImages,
 {
     cJSON* ptArray = PubSecJsonAddArray(PubSecJsonAddObject(ptObject, "SubImageList"), "SubImageInfoObject");
     bool bMade = ptArray != nullptr;
-    for (s32 nImage = 0; bMade && nImage < nCount; nImage++)
+    for (s32 nImage = 0; ptArray != nullptr && nImage < nCount; nImage++)
     {
         cJSON* ptElement = PubSecJsonAppendObject(ptArray);
         PubSecAddMembers(ptElement, pubsec_members::sub_image::c_tTable, &ptSubImages[nImage]);
-        bMade = ptElement != nullptr;
+        bMade = ptElement != nullptr && bMade;
     }
     return bMade;
 }
@@ -92,9 +92,9 @@ bool PubSecAddObjectList(cJSON* ptObject, const char* pchList, const TPubSecObje
     cJSON* ptArray = PubSecJsonAddArray(PubSecJsonAddObject(ptObject, pchList), tKind.pchObject);
     const u8* pbyRecord = static_cast<const u8*>(pvRecords);
     bool bMade = ptArray != nullptr;
-    for (u32 dwRecord = 0; bMade && dwRecord < dwNum; dwRecord++, pbyRecord += tKind.dwRecordSize)
+    for (u32 dwRecord = 0; ptArray != nullptr && dwRecord < dwNum; dwRecord++, pbyRecord += tKind.dwRecordSize)
     {
-        bMade = PubSecAddObject(PubSecJsonAppendObject(ptArray), tKind, pbyRecord, eSubImages);
+        bMade = PubSecAddObject(PubSecJsonAppendObject(ptArray), tKind, pbyRecord, eSubImages) && bMade;
     }
     return bMade;
 }

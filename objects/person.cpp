@@ -5,5 +5,5 @@
 
 void _PubSecPersonListObjJson(cJSON* ptObj, const TPubSecPersonnelObjInfo* ptPerson)
 {
-    PubSecAddMembers(ptObj, pubsec_members::person::c_tTable, ptPerson);
+    PubSecAddOwnMembers(ptObj, pubsec_members::person::c_tTable, ptPerson);
 }

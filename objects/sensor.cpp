@@ -5,30 +5,30 @@
 
 void _PubSecGpsMsgObject(cJSON* ptObj, const TPubSecGpsInfo* ptGps)
 {
-    PubSecAddMembers(ptObj, pubsec_members::gps::c_tTable, ptGps);
+    PubSecAddOwnMembers(ptObj, pubsec_members::gps::c_tTable, ptGps);
 }
 
 void _PubSecWifiDetectionInfo(cJSON* ptObj, const TPubSecWifiDeviceInfo* ptDevice)
 {
-    PubSecAddMembers(ptObj, pubsec_members::wifi_device::c_tTable, ptDevice);
+    PubSecAddOwnMembers(ptObj, pubsec_members::wifi_device::c_tTable, ptDevice);
 }
 
 void _PubSecWifiUserObjJson(cJSON* ptObj, const TPubSecWifiUserInfo* ptUser)
 {
-    PubSecAddMembers(ptObj, pubsec_members::wifi_user::c_tTable, ptUser);
+    PubSecAddOwnMembers(ptObj, pubsec_members::wifi_user::c_tTable, ptUser);
 }
 
 void _PubSecWifiIMEIObjJson(cJSON* ptObj, const TPubSecWifiImeiInfo* ptImei)
 {
-    PubSecAddMembers(ptObj, pubsec_members::wifi_imei::c_tTable, ptImei);
+    PubSecAddOwnMembers(ptObj, pubsec_members::wifi_imei::c_tTable, ptImei);
 }
 
 void _PubSecRFIDInfo(cJSON* ptObj, const TPubSecRFIDDeviceInfo* ptDevice)
 {
-    PubSecAddMembers(ptObj, pubsec_members::rfid_device::c_tTable, ptDevice);
+    PubSecAddOwnMembers(ptObj, pubsec_members::rfid_device::c_tTable, ptDevice);
 }
 
 void _PubSecRFIDUserObjJson(cJSON* ptObj, const TPubSecRFIDUserInfo* ptUser)
 {
-    PubSecAddMembers(ptObj, pubsec_members::rfid_user::c_tTable, ptUser);
+    PubSecAddOwnMembers(ptObj, pubsec_members::rfid_user::c_tTable, ptUser);
 }

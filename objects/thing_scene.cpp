@@ -5,10 +5,10 @@
 
 void _PubSecThingObjJson(cJSON* ptObj, const TPubSecThingObjInfo* ptThing)
 {
-    PubSecAddMembers(ptObj, pubsec_members::thing::c_tTable, ptThing);
+    PubSecAddOwnMembers(ptObj, pubsec_members::thing::c_tTable, ptThing);
 }
 
 void _PubSecPlaceObjJson(cJSON* ptObj, const TPubSecSceneObjInfo* ptScene)
 {
-    PubSecAddMembers(ptObj, pubsec_members::scene::c_tTable, ptScene);
+    PubSecAddOwnMembers(ptObj, pubsec_members::scene::c_tTable, ptScene);
 }

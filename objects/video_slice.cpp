@@ -5,5 +5,5 @@
 
 void _PubSecVideoSliceInfoJson(cJSON* ptObj, const TPubSecVideoSliceInfo* ptSlice)
 {
-    PubSecAddMembers(ptObj, pubsec_members::video_slice::c_tTable, ptSlice);
+    PubSecAddOwnMembers(ptObj, pubsec_members::video_slice::c_tTable, ptSlice);
 }

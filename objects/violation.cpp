@@ -5,10 +5,10 @@
 
 void _PubSecIllRecdObjJson(cJSON* ptObj, const TPubSecIllegalRecordInfo* ptRecord)
 {
-    PubSecAddMembers(ptObj, pubsec_members::illegal_record::c_tTable, ptRecord);
+    PubSecAddOwnMembers(ptObj, pubsec_members::illegal_record::c_tTable, ptRecord);
 }
 
 void _PubSecNonMotorIllRecdObjJson(cJSON* ptObj, const TPubSecNonMotorIllegalRecordInfo* ptRecord)
 {
-    PubSecAddMembers(ptObj, pubsec_members::non_motor_illegal_record::c_tTable, ptRecord);
+    PubSecAddOwnMembers(ptObj, pubsec_members::non_motor_illegal_record::c_tTable, ptRecord);
 }

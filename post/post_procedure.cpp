@@ -19,6 +19,8 @@ struct TPubSecPostRun
     const char* pchBody;
     TPubSecRespBuf tSink;
     bool bAnswered;
+    u32 dwVersion; /* of the configuration that the URL was made of */
+    char achUrl[PUBSEC_POST_URL_SIZE];
 };
 
 bool Has(const TPubSecPostRun* ptRun, EPubSecPostFlag eFlag)
@@ -92,11 +94,43 @@ u32 ReadOutcome(TPubSecPostRun* ptRun, CURL* ptHandle)
     return dwRet;
 }
 
+void FormatUrl(TPubSecPostRun* ptRun)
+{
+    TPubSecTarget tTarget;
+    char achPath[PUBSEC_POST_URL_SIZE];
+    const char* pchPath = ptRun->ptKind->pchPath;
+    ptRun->dwVersion = PubSecTargetInForce(ptRun->ptPost->dwPlatform, &tTarget);
+    if (Has(ptRun, PUBSEC_POST_DATA))
+    {
+        AppSnprintf(achPath, sizeof(achPath), "%s%s/Data", pchPath, ptRun->ptPost->pchId);
+        pchPath = achPath;
+    }
+    PubSecFormatUrl(ptRun->achUrl, sizeof(ptRun->achUrl), &tTarget, pchPath);
+    ptRun->pchUrl = ptRun->achUrl;
+}
+
+/* The lines name the device of the configuration that the URL came from: where another one is in force by now, both
+ * are made again. */
+curl_slist* FillHeaders(TPubSecPostRun* ptRun, CURL* ptHandle)
+{
+    const u32 dwPlatform = ptRun->ptPost->dwPlatform;
+    for (;;)
+    {
+        curl_slist* ptHeaders = nullptr;
+        ptRun->ptKind->pfFillHeaders(&ptHeaders, ptHandle, dwPlatform);
+        if (ptRun->ptKind->pchPath == nullptr || PubSecTableIsAt(dwPlatform, ptRun->dwVersion))
+        {
+            return ptHeaders;
+        }
+        curl_slist_free_all(ptHeaders);
+        FormatUrl(ptRun);
+    }
+}
+
 /* With a handle: headers, options, transfer, outcome. */
 u32 Transfer(TPubSecPostRun* ptRun, CURL* ptHandle)
 {
-    curl_slist* ptHeaders = nullptr;
-    ptRun->ptKind->pfFillHeaders(&ptHeaders, ptHandle, ptRun->ptPost->dwPlatform);
+    curl_slist* ptHeaders = FillHeaders(ptRun, ptHandle);
     if (ptHeaders == nullptr && !Has(ptRun, PUBSEC_POST_EMPTY_HEADERS_OK))
     {
         PUBSEC_ERR_HEAD_AS(ptRun->ptKind->pchName);
@@ -142,20 +176,6 @@ u32 Exchange(TPubSecPostRun* ptRun)
     return dwRet;
 }
 
-void FormatUrl(const TPubSecPostRun* ptRun, char (&achUrl)[PUBSEC_POST_URL_SIZE])
-{
-    TPubSecTarget tTarget;
-    char achPath[PUBSEC_POST_URL_SIZE];
-    const char* pchPath = ptRun->ptKind->pchPath;
-    PubSecTargetInForce(ptRun->ptPost->dwPlatform, &tTarget);
-    if (Has(ptRun, PUBSEC_POST_DATA))
-    {
-        AppSnprintf(achPath, sizeof(achPath), "%s%s/Data", pchPath, ptRun->ptPost->pchId);
-        pchPath = achPath;
-    }
-    PubSecFormatUrl(achUrl, sizeof(achUrl), &tTarget, pchPath);
-}
-
 /* The document, or the caller's own body. */
 u32 EncodeAndExchange(TPubSecPostRun* ptRun)
 {
@@ -175,12 +195,24 @@ u32 EncodeAndExchange(TPubSecPostRun* ptRun)
     return dwRet;
 }
 
+/* All but the URL's room, which is large. */
+void Begin(TPubSecPostRun* ptRun, const TPubSecPost* ptPost)
+{
+    ptRun->ptPost = ptPost;
+    ptRun->ptKind = ptPost->ptKind;
+    ptRun->pchUrl = ptPost->pchUrl;
+    ptRun->pchBody = nullptr;
+    ptRun->tSink = {};
+    ptRun->bAnswered = false;
+    ptRun->dwVersion = 0;
+}
+
 } // namespace
 
 u32 PubSecPostRun(const TPubSecPost* ptPost)
 {
-    TPubSecPostRun tRun = {ptPost, ptPost->ptKind, ptPost->pchUrl, nullptr, {}, false};
-    char achUrl[PUBSEC_POST_URL_SIZE];
+    TPubSecPostRun tRun;
+    Begin(&tRun, ptPost);
     TRACE(&tRun, 1);
     if (!Has(&tRun, PUBSEC_POST_ANY_PLATFORM) && !PubSecIsRegistered(ptPost->dwPlatform))
     {
@@ -193,8 +225,7 @@ u32 PubSecPostRun(const TPubSecPost* ptPost)
     }
     if (ptPost->ptKind->pchPath != nullptr)
     {
-        FormatUrl(&tRun, achUrl);
-        tRun.pchUrl = achUrl;
+        FormatUrl(&tRun);
     }
     const u32 dwRet = EncodeAndExchange(&tRun);
     if (tRun.bAnswered)

@@ -138,7 +138,7 @@ u32 PubSecGetSystemTimeMsg(u32 dwPlatform, TPubSecSystemTime* ptTime)
     TPubSecTarget tTarget;
     PubSecTargetInForce(dwPlatform, &tTarget);
     PubSecFormatUrl(achUrl, sizeof(achUrl), &tTarget, "/VIID/System/Time");
-    const TPubSecQuery tQuery = {c_pchQuery, dwPlatform, achUrl, nullptr, PUBSEC_ERR_CURL_INIT};
+    const TPubSecQuery tQuery = {c_pchQuery, &tTarget, achUrl, nullptr, PUBSEC_ERR_CURL_INIT};
     TPubSecQueryOutcome tOutcome;
     u32 dwRet = PubSecQueryRun(&tQuery, &tOutcome);
     if (tOutcome.bMade)

@@ -5,16 +5,6 @@
 #include "session/session.h"
 #include "session/unregistration.h"
 
-namespace
-{
-
-void FillDirectHeaders(const TPubSecUnregistration* ptUnregistration, curl_slist** pptHeaders, CURL* ptHandle)
-{
-    _PubSecHttpFillCurlHeadMsgInfoExt1(pptHeaders, ptHandle, ptUnregistration->ptTarget->achDeviceID);
-}
-
-} // namespace
-
 u32 PubSecStackPostRegisterExt(const TPubSecRegParam* ptParam)
 {
     if (ptParam == nullptr)
@@ -35,7 +25,7 @@ u32 PubSecPostUserUnRegisterMsgExt(const TPubSecRegParam* ptParam)
     }
     TPubSecTarget tTarget;
     PubSecTargetOf(ptParam, &tTarget);
-    const TPubSecUnregistration tUnregistration = {__func__, &tTarget, FillDirectHeaders, 0};
+    const TPubSecUnregistration tUnregistration = {__func__, &tTarget};
     return PubSecUnregisterOnce(&tUnregistration);
 }
 

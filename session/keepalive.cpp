@@ -48,22 +48,22 @@ u32 ReadOutcome(u32 dwPlatform, const TPubSecQueryOutcome& tOutcome)
 }
 
 /*
- * Three failures in a row: the session is over, and the register loop starts another. The timers are the ones from
- * before the status changed, so that those of the next session stay.
+ * Three failures in a row: the session is over, and the register loop starts another. The timers and the record
+ * are the ones from before the status changed, so that those of the next session stay.
  */
 void DropSession(u32 dwPlatform)
 {
     PUBSEC_ERR_AS(c_pchHandler, "plat[%d] keepalive timeout.", static_cast<s32>(dwPlatform));
     const TAppTimerHandle hKeepalive = PubSecTimerOf(c_tKeepaliveTimer, dwPlatform);
     const TAppTimerHandle hSyncTime = PubSecTimerOf(c_tSyncTimeTimer, dwPlatform);
+    TPubSecPlatRegInfo tInfo;
+    PubSecTableRead(dwPlatform, &tInfo);
     PubSecStore(abyKeepalivFailTimes[dwPlatform], 0);
     const bool bWasRegistered = PubSecExchange(g_bPubSecRegStatus[dwPlatform], 0u) != 0;
     PubSecTimerDisarm(c_tKeepaliveTimer, dwPlatform, hKeepalive);
     PubSecTimerDisarm(c_tSyncTimeTimer, dwPlatform, hSyncTime);
     if (bWasRegistered)
     {
-        TPubSecPlatRegInfo tInfo;
-        PubSecTableRead(dwPlatform, &tInfo);
         PubSecNotifyRegStatus(dwPlatform, 0, &tInfo);
     }
 }
@@ -87,7 +87,7 @@ u32 _PubSecPostUserKeepAliveMsg(u32 dwPlatform)
         return PUBSEC_OK;
     }
     /* A missing handle counts as success: a device short of memory does not drop its session for it. */
-    const TPubSecQuery tQuery = {c_pchName, dwPlatform, achUrl, pchBody, PUBSEC_OK};
+    const TPubSecQuery tQuery = {c_pchName, &tTarget, achUrl, pchBody, PUBSEC_OK};
     TPubSecQueryOutcome tOutcome;
     u32 dwRet = PubSecQueryRun(&tQuery, &tOutcome);
     if (tOutcome.bMade)

@@ -58,7 +58,7 @@ u32 PubSecQueryRun(const TPubSecQuery* ptQuery, TPubSecQueryOutcome* ptOutcome)
     }
     u32 dwRet = PUBSEC_ERR_HEADERS;
     curl_slist* ptHeaders = nullptr;
-    _PubSecHttpFillCurlHeadMsgInfoex(&ptHeaders, ptHandle, ptQuery->dwPlatform);
+    _PubSecHttpFillCurlHeadMsgInfoExt1(&ptHeaders, ptHandle, ptQuery->ptTarget->achDeviceID);
     if (ptHeaders == nullptr)
     {
         PUBSEC_ERR_HEAD_AS(ptQuery->pchName);

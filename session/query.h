@@ -11,7 +11,7 @@ constexpr u32 PUBSEC_QUERY_URL_SIZE = 64;
 struct TPubSecQuery
 {
     const char* pchName; /* in whose name lines are logged */
-    u32 dwPlatform;
+    const TPubSecTarget* ptTarget;
     const char* pchUrl;
     const char* pchBody; /* posted; null asks with GET */
     u32 dwEasyInitCode;  /* result when there is no transfer handle */

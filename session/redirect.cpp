@@ -4,17 +4,17 @@
 
 #include "core/log.h"
 #include "core/platform_table.h"
-#include "core/text.h"
 
 namespace
 {
 
-/* Points the pending record at another address; everything else is as in force. */
-void PointAt(u32 dwPlatform, const char* pchIp, u32 dwPort)
+/* Points the pending record at another address, a whole field; everything else is as in force. */
+void PointAt(u32 dwPlatform, const char (&achIp)[PUBSEC_ADDR_SIZE], u32 dwPort)
 {
     TPubSecPlatRegInfo tInfo;
     PubSecTableRead(dwPlatform, &tInfo);
-    PubSecCopyText(tInfo.achServerIP, sizeof(tInfo.achServerIP), pchIp, sizeof(tInfo.achServerIP));
+    static_assert(sizeof(tInfo.achServerIP) == sizeof(achIp), "the field is copied as it is, terminated or not");
+    AppMemcpy(tInfo.achServerIP, achIp, sizeof(achIp));
     tInfo.dwServerPort = dwPort;
     PubSecStackUpdateRegisterInfo(static_cast<s32>(dwPlatform), &tInfo);
 }

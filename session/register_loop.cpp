@@ -134,6 +134,11 @@ void Register(u32 dwPlatform)
     {
         PubSecTimerArm(c_tSyncTimeTimer, dwPlatform, PUBSEC_TIMER_START_MS, c_pchName);
     }
+    else
+    {
+        /* One that a direct unregistration has left. */
+        PubSecTimerClear(c_tSyncTimeTimer, dwPlatform);
+    }
 }
 
 void Pass(u32 dwPlatform)

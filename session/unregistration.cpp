@@ -50,7 +50,7 @@ u32 Exchange(const TPubSecUnregistration* ptUnregistration, const char* pchUrl, 
     }
     u32 dwRet = PUBSEC_ERR_HEADERS;
     curl_slist* ptHeaders = nullptr;
-    ptUnregistration->pfFillHeaders(ptUnregistration, &ptHeaders, ptHandle);
+    _PubSecHttpFillCurlHeadMsgInfoExt1(&ptHeaders, ptHandle, ptUnregistration->ptTarget->achDeviceID);
     if (ptHeaders == nullptr)
     {
         PUBSEC_ERR_HEAD_AS(pchName);
@@ -62,11 +62,6 @@ u32 Exchange(const TPubSecUnregistration* ptUnregistration, const char* pchUrl, 
     }
     curl_easy_cleanup(ptHandle);
     return dwRet;
-}
-
-void FillPlatformHeaders(const TPubSecUnregistration* ptUnregistration, curl_slist** pptHeaders, CURL* ptHandle)
-{
-    _PubSecHttpFillCurlHeadMsgInfo(pptHeaders, ptHandle, ptUnregistration->dwPlatform, nullptr);
 }
 
 } // namespace
@@ -88,16 +83,21 @@ u32 PubSecUnregisterOnce(const TPubSecUnregistration* ptUnregistration)
 
 u32 PubSecPostUserUnRegisterMsg(u32 dwPlatform)
 {
-    /* The host is told before the server is. Of two callers at once, one finds the platform registered. */
-    if (!PubSecIsPlatform(dwPlatform) || PubSecExchange(g_bPubSecRegStatus[dwPlatform], 0u) == 0)
+    if (!PubSecIsPlatform(dwPlatform))
     {
         return PUBSEC_ERR_NOT_REGISTERED;
     }
+    /* The session's own record: once the status is 0 the loop may take another into force. */
     TPubSecPlatRegInfo tInfo;
     TPubSecTarget tTarget;
     PubSecTableRead(dwPlatform, &tInfo);
     PubSecTargetOfInfo(&tInfo, &tTarget);
+    /* The host is told before the server is. Of two callers at once, one finds the platform registered. */
+    if (PubSecExchange(g_bPubSecRegStatus[dwPlatform], 0u) == 0)
+    {
+        return PUBSEC_ERR_NOT_REGISTERED;
+    }
     PubSecNotifyRegStatus(dwPlatform, 0, &tInfo);
-    const TPubSecUnregistration tUnregistration = {__func__, &tTarget, FillPlatformHeaders, dwPlatform};
+    const TPubSecUnregistration tUnregistration = {__func__, &tTarget};
     return PubSecUnregisterOnce(&tUnregistration);
 }

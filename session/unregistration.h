@@ -4,14 +4,11 @@
 
 #include "core/http.h"
 
-/* Where the platform's unregistration and the direct one differ. */
+/* The platform's unregistration, or the direct one. */
 struct TPubSecUnregistration
 {
     const char* pchName; /* in whose name lines are logged */
     const TPubSecTarget* ptTarget;
-    void (*pfFillHeaders)(const TPubSecUnregistration* ptUnregistration, struct curl_slist** pptHeaders,
-                          CURL* ptHandle);
-    u32 dwPlatform; /* not used by the direct one */
 };
 
 /* Makes the whole exchange: 50 answered, 51, 60, 75 or 76 otherwise. */

@@ -17,7 +17,8 @@ struct Advice
 constexpr Advice advice[] = {
     {PUBSEC_OK, "every operation", "nothing; the work is done"},
     {PUBSEC_ERR_FAILED,
-     "`PubSecStackInit`, posts, unregistrations, `PubSecGetSystemTimeMsg`, `PubSecStackTestRegister`, tree functions, "
+     "`PubSecStackInit`, posts, unregistrations, `PubSecGetSystemTimeMsg`, `PubSecGetTransDataInf`, "
+     "`PubSecStackTestRegister`, tree functions, "
      "file hash, base64",
      "read the log line: a null or unusable record, or no memory, is to be fixed; an unexpected status is the "
      "server's, "
@@ -51,7 +52,8 @@ constexpr Advice advice[] = {
     {PUBSEC_ERR_CURL_INIT,
      "posts, unregistrations, `PubSecGetSystemTimeMsg`, `PubSecGetTransDataInf`, `PubSecCurlUpLoadFile`",
      "memory is short, or libcurl is not whole: post again later"},
-    {PUBSEC_ERR_TRANSFER, "posts, unregistrations, `PubSecGetTransDataInf`, `PubSecCurlUpLoadFile`",
+    {PUBSEC_ERR_TRANSFER,
+     "posts, unregistrations, `PubSecGetSystemTimeMsg`, `PubSecGetTransDataInf`, `PubSecCurlUpLoadFile`",
      "the line is down or the server does not answer: post again later; of an upload ask `PubSecGetTransDataInf` where "
      "to go on"},
     {PUBSEC_ERR_TIME_QUERY, "`PubSecGetSystemTimeMsg`", "ask again later; check the platform number"},

@@ -26,10 +26,12 @@ typedef struct
     u32 dwServerPort;      /* server TCP port */
     char achUserName[128]; /* user name for HTTP digest authentication */
     char achPassword[128]; /* password for HTTP digest authentication */
-    u32 dwKeepaliveSec;    /* keepalive period in seconds; the field is not tested, and 0 means without a pause */
+    u32 dwKeepaliveSec;    /* keepalive period in seconds; the field is not tested, and 0 means without a pause; above
+                              4294967 it is as long as a timer can be */
     u32 dwHttpsEnable;     /* exactly 1 = https, any other value = http; server certificates are never verified */
     char achReserved[128]; /* the host's own; carried with the record, never read by the stack */
-    u32 dwSyncTimeMin;     /* clock-synchronisation period in minutes; 0 = the clock is not synchronised */
+    u32 dwSyncTimeMin;     /* clock-synchronisation period in minutes; 0 = the clock is not synchronised; above 71582
+                              it is as long as a timer can be */
 } TPubSecPlatRegInfo;
 
 /* The same record without dwEnable, for the calls that try a server without configuring it (session.h). */
@@ -76,7 +78,7 @@ PUBSEC_API void PubSecStackUnInit(void);
 /*
  * Hands over a platform's configuration, whole; the register loop takes it into force on its next pass, within about a
  * second. A changed identity (device, address, port, user, password, https, enable) unregisters and registers anew; a
- * changed keepalive or clock period alone re-arms that timer. May be called before PubSecStackInit.
+ * changed keepalive or clock period alone re-arms that timer (a clock period that was 0 starts at the next registration). May be called before PubSecStackInit.
  *
  * nPlatform   0 or 1; with any other number nothing is written
  * ptInfo      copied; null writes nothing

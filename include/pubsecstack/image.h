@@ -18,7 +18,7 @@
  *
  * "SubImageList" comes after an object's own members. Documents of pictures, of one kind of object and of the host's own
  * trees write it when the pointer is not null and the count above 0; those of slices and violations whenever the pointer
- * is not null, as an empty list for a count of 0 or less; those of files never.
+ * is not null, as an empty list for a count of 0 or less; those of files, and PubSecPostIllRecd, never.
  *
  * Records belong to the host, and so does what they point to. What is marked "released with the record" is given back
  * by the record's PubSecStackFree_ function (records.h), with the allocator that the host names, and the pointer is

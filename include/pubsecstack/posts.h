@@ -10,9 +10,11 @@
  *   blocks      30 seconds at most
  *   returns     PUBSEC_OK                    HTTP 200 to 299
  *               PUBSEC_ERR_NOT_REGISTERED    nothing was sent; the register loop is at it, post again later
- *               PUBSEC_ERR_FAILED            null record or no memory for the document (nothing was sent), or an HTTP
+ *               PUBSEC_ERR_FAILED            null record, identifier or body, or no memory for the document (nothing was
+ *                                            sent), or an HTTP
  *                                            status that is named nowhere here (409 and 500 among them)
- *               PUBSEC_ERR_HEADERS           no memory for the header list; nothing was sent
+ *               PUBSEC_ERR_HEADERS           no memory for the header list; nothing was sent (PubSecPostImageFace
+ *                                            goes on without one)
  *               PUBSEC_ERR_REDIRECTED        HTTP 300 to 399; posts follow no redirects
  *               PUBSEC_ERR_REFUSED           HTTP 400: mend the record before posting it again
  *               PUBSEC_ERR_UNAUTHORIZED      HTTP 401

@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "tests/support/stack_test.h"
 
+using fake_platform::Function;
 using log_lines::info;
 using log_lines::IsError;
 using testing::ElementsAre;
@@ -67,6 +68,35 @@ TEST_F(ConfigTest, AConfigurationWaitsForTheLock)
     EXPECT_EQ(AppLockGive(g_hPubSecStackCommonLock), 0u);
     host.join();
     EXPECT_EQ(g_atPubSecStackGlobalCommon_New[0].dwServerPort, 80u);
+}
+
+TEST_F(ConfigTest, ALockThatCannotBeTakenIsDoneWithout)
+{
+    const TPubSecPlatRegInfo one = stack::configuration("10.0.0.1", 80);
+    fake_platform::fail(Function::kLockTake, 1);
+    EXPECT_EQ(PubSecStackUpdateRegisterInfo(0, &one), 50u);
+    EXPECT_EQ(fake_platform::calls(Function::kLockTake), 1u);
+    EXPECT_EQ(fake_platform::lockGives(), 0u);
+    EXPECT_EQ(std::memcmp(&g_atPubSecStackGlobalCommon_New[0], &one, sizeof(one)), 0);
+}
+
+/* Where none could be made when the library was loaded, the first call that wants it tries again. */
+TEST_F(ConfigTest, ALockThatCouldNotBeMadeIsMadeLater)
+{
+    const TPubSecPlatRegInfo one = stack::configuration("10.0.0.1", 80);
+    const TAppLockHandle lock = g_hPubSecStackCommonLock;
+    g_hPubSecStackCommonLock = nullptr;
+    fake_platform::fail(Function::kLockCreate, 0);
+    EXPECT_EQ(PubSecStackUpdateRegisterInfo(0, &one), 50u);
+    EXPECT_EQ(fake_platform::lockTakes(), 0u);
+    EXPECT_EQ(std::memcmp(&g_atPubSecStackGlobalCommon_New[0], &one, sizeof(one)), 0);
+    EXPECT_EQ(g_hPubSecStackCommonLock, nullptr);
+
+    EXPECT_EQ(PubSecStackUpdateRegisterInfo(1, &one), 50u);
+    EXPECT_NE(g_hPubSecStackCommonLock, nullptr);
+    EXPECT_EQ(fake_platform::lockTakes(), 1u);
+    EXPECT_EQ(fake_platform::lockGives(), 1u);
+    g_hPubSecStackCommonLock = lock;
 }
 
 TEST_F(ConfigTest, TheLastConfigurationCounts)

@@ -11,7 +11,6 @@ using log_lines::info;
 using log_lines::IsError;
 using log_lines::IsOpenError;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace
 {

@@ -8,8 +8,6 @@
 #include "tests/support/allocations.h"
 #include "tests/support/stack_test.h"
 
-using testing::ElementsAre;
-
 namespace
 {
 
@@ -773,9 +771,9 @@ TEST_F(HostTreeTest, ATreeThatWasParsedIsAsGood)
 TEST_F(HostTreeTest, TheTextsAreTheTreesOwn)
 {
     auto* data = new char[8];
-    std::strcpy(data, "Zm9v");
+    std::memcpy(data, "Zm9v", 5);
     auto* feature = new char[8];
-    std::strcpy(feature, "feature");
+    std::memcpy(feature, "feature", 8);
     auto* sub = new TPubSecSubImageInfo(subImage("x", data));
     sub->wFeatureValid = 1;
     sub->tFeatureInfo.pchFeatureData = feature;

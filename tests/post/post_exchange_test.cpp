@@ -13,7 +13,6 @@ using curl_shim::calls;
 using curl_shim::callsOf;
 using image_operations::Operation;
 using log_lines::IsError;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -70,9 +69,9 @@ std::vector<std::string> sequence(const std::string& path, const std::string& do
         "append(Connection:Keep-alive)",
         "append(Expect:)",
         "append(User-Identify:34020000001190000001)",
-        "setopt(HTTPHEADER=localhost:8080|Accept:application/json,application/VIID+JSON|"
-        "Content-Type:application/VIID+JSON;charset=UTF-8|Connection:Keep-alive|Expect:|"
-        "User-Identify:34020000001190000001)",
+        std::string("setopt(HTTPHEADER=localhost:8080|Accept:application/json,application/VIID+JSON|") +
+            "Content-Type:application/VIID+JSON;charset=UTF-8|Connection:Keep-alive|Expect:|" +
+            "User-Identify:34020000001190000001)",
         "setopt(IPRESOLVE=0)",
         "setopt(URL=http://10.0.0.1:8080" + path + ")",
         "setopt(POST=1)",

@@ -6,9 +6,12 @@
 #include <atomic>
 #include <chrono>
 #include <cstring>
+#include <functional>
+#include <initializer_list>
 #include <memory>
 #include <thread>
 
+#include <curl/curl.h>
 #include <gmock/gmock.h>
 
 #include <pubsecplatform_posix.h>
@@ -16,9 +19,38 @@
 #include <viewlib/server.h>
 
 #include "core/platform_table.h"
+#include "session/session.h"
 #include "tests/support/settings.h"
 
 using namespace std::chrono_literals;
+
+namespace
+{
+
+/* Calls of curl_global_init at a moment, and the most there were. */
+std::atomic<unsigned> g_initialising{0};
+std::atomic<unsigned> g_mostInitialising{0};
+
+} // namespace
+
+extern "C"
+{
+    CURLcode __real_curl_global_init(long flags);
+    CURLcode __wrap_curl_global_init(long flags);
+
+    CURLcode __wrap_curl_global_init(long flags)
+    {
+        const unsigned now = ++g_initialising;
+        if (now > g_mostInitialising)
+        {
+            g_mostInitialising = now;
+        }
+        std::this_thread::sleep_for(100us);
+        const CURLcode result = __real_curl_global_init(flags);
+        --g_initialising;
+        return result;
+    }
+}
 
 namespace
 {
@@ -96,14 +128,47 @@ class ThreadsTest : public testing::Test
         }
     }
 
-    /* Each request has to name, in its "Host", the server that it arrived at. */
-    void expectOwnRequestsOnly(const viewlib::Server& server, const std::string& address)
+    /* Each request has to name the server that it arrived at, and the device that is configured for it. */
+    void expectOwnRequestsOnly(const viewlib::Server& server, const TPubSecPlatRegInfo& info)
     {
-        const std::string host = address + ":" + std::to_string(server.port());
-        for (const viewlib::Exchange& exchange : server.exchangesOf("/VIID/Faces"))
+        const std::string host = std::string(info.achServerIP) + ":" + std::to_string(server.port());
+        for (const viewlib::Exchange& exchange : server.exchanges())
         {
             ASSERT_EQ(exchange.header("Host"), host);
+            ASSERT_EQ(exchange.header("User-Identify"), info.achDeviceID) << exchange.path;
         }
+    }
+
+    /* Makes the calls over and over while the table changes; counts those whose result is not 50. */
+    unsigned failuresOf(std::initializer_list<std::function<u32()>> calls)
+    {
+        PubSecTableWrite(0, &infos[0]);
+        std::atomic<bool> stops{false};
+        std::atomic<unsigned> failed{0};
+        std::thread writer([&] {
+            for (unsigned i = 0; !stops; ++i)
+            {
+                PubSecTableWrite(0, &infos[i % 2]);
+                pauseAfter(i);
+            }
+        });
+        std::vector<std::thread> threads;
+        for (const std::function<u32()>& call : calls)
+        {
+            threads.emplace_back([&failed, call] {
+                for (unsigned i = 0; i < 200; ++i)
+                {
+                    failed += call() == PUBSEC_OK ? 0 : 1;
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+        {
+            thread.join();
+        }
+        stops = true;
+        writer.join();
+        return failed;
     }
 
     std::unique_ptr<viewlib::Server> first;
@@ -132,13 +197,38 @@ TEST_F(ThreadsTest, ARequestIsNeverMadeOfTwoConfigurations)
 
     EXPECT_EQ(lost, 0u);
     EXPECT_EQ(refused, 0u);
-    expectOwnRequestsOnly(*first, "127.0.0.1");
-    expectOwnRequestsOnly(*second, "127.0.0.2");
+    expectOwnRequestsOnly(*first, infos[0]);
+    expectOwnRequestsOnly(*second, infos[1]);
     const size_t atFirst = first->exchangesOf("/VIID/Faces").size();
     const size_t atSecond = second->exchangesOf("/VIID/Faces").size();
     EXPECT_EQ(atFirst + atSecond, delivered);
     EXPECT_GT(atFirst, 0u);
     EXPECT_GT(atSecond, 0u);
+}
+
+TEST_F(ThreadsTest, NorIsOneOfTheSession)
+{
+    const std::string time = "{\"SystemTimeObject\":{\"VIIDServerID\":\"1\",\"TimeMode\":\"1\",\"LocalTime\":"
+                             "\"20240229235959\",\"TimeZone\":\"UTC+8\"}}";
+    first->always("/VIID/System/Time", viewlib::Answer(200, time));
+    second->always("/VIID/System/Time", viewlib::Answer(200, time));
+    const auto keepalive = [] { return _PubSecPostUserKeepAliveMsg(0); };
+    const auto clock = [] {
+        TPubSecSystemTime answer = {};
+        return PubSecGetSystemTimeMsg(0, &answer);
+    };
+    const auto unregistration = [] {
+        PubSecStore(g_bPubSecRegStatus[0], 1u);
+        return PubSecPostUserUnRegisterMsg(0);
+    };
+    EXPECT_EQ(failuresOf({keepalive, clock, unregistration}), 0u);
+    for (const char* path : {"/VIID/System/Keepalive", "/VIID/System/Time", "/VIID/System/UnRegister"})
+    {
+        EXPECT_GT(first->exchangesOf(path).size(), 0u) << path;
+        EXPECT_GT(second->exchangesOf(path).size(), 0u) << path;
+    }
+    expectOwnRequestsOnly(*first, infos[0]);
+    expectOwnRequestsOnly(*second, infos[1]);
 }
 
 TEST_F(ThreadsTest, TwoWritersLeaveOneOfTheirRecords)
@@ -197,9 +287,18 @@ TEST_F(ThreadsTest, PostsOutliveTheRegisterLoopsChangesOfServer)
 
     EXPECT_EQ(lost, 0u);
     EXPECT_GT(delivered, 0u);
-    expectOwnRequestsOnly(*first, "127.0.0.1");
-    expectOwnRequestsOnly(*second, "127.0.0.2");
+    expectOwnRequestsOnly(*first, infos[0]);
+    expectOwnRequestsOnly(*second, infos[1]);
     EXPECT_EQ(first->exchangesOf("/VIID/Faces").size() + second->exchangesOf("/VIID/Faces").size(), delivered);
+}
+
+/* libcurl leaves it to its callers. */
+TEST_F(ThreadsTest, LibcurlIsInitialisedByOneThreadAtATime)
+{
+    g_mostInitialising = 0;
+    const auto keepalive = [] { return _PubSecPostUserKeepAliveMsg(0); };
+    EXPECT_EQ(failuresOf({keepalive, keepalive, keepalive, keepalive}), 0u);
+    EXPECT_EQ(g_mostInitialising, 1u);
 }
 
 } // namespace

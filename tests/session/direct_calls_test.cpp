@@ -8,10 +8,7 @@
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 using viewlib::Answer;
 
 namespace

@@ -1,5 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Redirected registrations: the move to the named server, what is remembered of it, and the way back. */
+#include <cstring>
+
 #include "tests/support/session_fixture.h"
 
 using testing::AllOf;
@@ -220,6 +222,19 @@ TEST_F(Redirect, KeepaliveCode10ReturnsToTheAddressBefore)
     EXPECT_THAT(toldShort(), ElementsAre("0:0->1", "1:0->1", "0:0->0", "1:0->0", "0:0->1", "1:0->1"));
     EXPECT_EQ(told()[2].info.dwServerPort, second->port());
     EXPECT_EQ(told()[4].info.dwServerPort, server->port());
+}
+
+/* An address may fill its field without a terminator; it comes back to the last character. */
+TEST_F(Redirect, FirstAddressThatFillsItsFieldComesBackWhole)
+{
+    registerPlatform(recordFor(server->port()));
+    server->script(kKeepalive, Answer(200, kGone));
+    const std::string first = std::string(60, 'a') + ".org";
+    std::memcpy(g_tFirstRegMess[0].achFirstIP, first.data(), sizeof(g_tFirstRegMess[0].achFirstIP));
+    g_tFirstRegMess[0].dwFirstPort = 8080;
+    EXPECT_EQ(_PubSecPostUserKeepAliveMsg(0), 69u);
+    EXPECT_EQ(std::string(pending().achServerIP, sizeof(pending().achServerIP)), first);
+    EXPECT_EQ(pending().dwServerPort, 8080u);
 }
 
 /* Back at the first address a further code 10 has nowhere to go: only the failure is counted. */

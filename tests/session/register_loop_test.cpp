@@ -559,6 +559,27 @@ TEST_F(RegisterLoop, LeftOverTimersOfADirectUnregistrationAreReplaced)
     });
 }
 
+/* One that a former session armed would ask once more in the middle of a session without a clock. */
+TEST_F(RegisterLoop, LeftOverClockTimerEndsWhereNoClockIsWanted)
+{
+    registered(60, 5);
+    EXPECT_EQ(PubSecPostUserUnRegisterMsg(0), 50u);
+    ASSERT_THAT(clockTimers(), SizeIs(1));
+    TPubSecPlatRegInfo info = recordFor(server->port());
+    info.dwKeepaliveSec = 60;
+    info.dwSyncTimeMin = 0;
+    configure(0, info);
+    passThen([&] {
+        EXPECT_EQ(PubSecGetRegisterStatus(0), 1u);
+        EXPECT_THAT(keepaliveTimers(), SizeIs(1));
+        EXPECT_THAT(clockTimers(), IsEmpty());
+        EXPECT_EQ(g_ahSyncTimeTimer[0], nullptr);
+    });
+    server->clearExchanges();
+    passes(600);
+    EXPECT_THAT(server->exchangesOf(kTime), IsEmpty());
+}
+
 TEST_F(RegisterLoop, StackIsSilentAtLevelZero)
 {
     _SetPubSecStaLogLvl(0);

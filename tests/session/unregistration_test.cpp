@@ -4,11 +4,9 @@
 #include "tests/support/session_fixture.h"
 
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::SizeIs;
 using viewlib::Answer;
 

@@ -141,7 +141,7 @@ std::vector<Operation> session()
         {"PubSecGetRegisterStatus", 1, {}, [] { return PubSecGetRegisterStatus(0); }},
         {"PubSecGetSystemTimeMsg",
          50,
-         {51, 60, 75, 77},
+         {51, 60, 75, 76, 77},
          [] {
              TPubSecSystemTime time = {};
              return PubSecGetSystemTimeMsg(0, &time);

@@ -75,6 +75,7 @@ class ViewlibdTest : public ::testing::Test
     {
         arguments.insert(arguments.begin(), VIEWLIBD);
         std::vector<char*> raw;
+        raw.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
         {
             raw.push_back(argument.data());
