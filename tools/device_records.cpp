@@ -75,7 +75,7 @@ Picture loadPicture(const Options& options)
                "has " + std::to_string(picture.bytes) + " bytes, expected at most " + std::to_string(c_largestPicture));
     }
     const std::string content = contentOf(picture.path);
-    const std::optional<PictureSize> size = jpegSize(content);
+    const std::optional<viewlib::PictureSize> size = viewlib::jpegSize(content);
     if (!size)
     {
         refuse(picture.path, "is not a JPEG");

@@ -7,7 +7,7 @@
 #include <pubsecstack/pubsecstack.h>
 
 #include "device_options.h"
-#include "jpeg_size.h"
+#include "viewlib/picture_size.h"
 
 namespace device
 {
@@ -16,7 +16,7 @@ struct Picture
 {
     std::string path;
     std::string base64;
-    PictureSize size;
+    viewlib::PictureSize size;
     u32 bytes = 0;
     char hash[PUBSEC_FILE_HASH_SIZE] = {};
 };

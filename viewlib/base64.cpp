@@ -62,4 +62,23 @@ std::optional<std::string> decodeBase64(std::string_view text, bool allowLineBre
     return bytes;
 }
 
+std::string encodeBase64(std::string_view bytes)
+{
+    static const char letters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3)
+    {
+        const auto at = [&](std::size_t k) {
+            return i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0U;
+        };
+        const unsigned group = at(0) << 16 | at(1) << 8 | at(2);
+        text += letters[group >> 18];
+        text += letters[group >> 12 & 63];
+        text += i + 1 < bytes.size() ? letters[group >> 6 & 63] : '=';
+        text += i + 2 < bytes.size() ? letters[group & 63] : '=';
+    }
+    return text;
+}
+
 } // namespace viewlib

@@ -5,7 +5,7 @@
 
 #include <charconv>
 #include <chrono>
-#include <optional>
+#include <string_view>
 
 namespace viewlib
 {
@@ -27,18 +27,19 @@ const cJSON* findStatus(const cJSON* node, int depth)
     return findStatus(node->child, depth - 1);
 }
 
-struct Told
+void addNumber(cJSON* object, const char* name, std::uint64_t number)
 {
-    std::optional<int> code;
-    std::string text;
-};
+    cJSON_AddNumberToObject(object, name, static_cast<double>(number));
+}
+
+} // namespace
 
 /* Codes are sent as numbers and as texts. */
-Told readStatus(const std::string& answer)
+AnswerStatus statusOf(const std::string& answer)
 {
     constexpr int deepest = 4;
     constexpr std::size_t largest = 65536; /* an envelope is small; pictures and documents are not searched */
-    Told told;
+    AnswerStatus told;
     const Json tree = answer.size() <= largest ? parseJson(answer) : nullptr;
     const cJSON* status = findStatus(tree.get(), deepest);
     const cJSON* code = cJSON_GetObjectItemCaseSensitive(status, "StatusCode");
@@ -49,43 +50,37 @@ Told readStatus(const std::string& answer)
     else if (const char* text = cJSON_GetStringValue(code))
     {
         const std::string_view digits(text);
-        int value = 0;
+        std::int64_t value = 0;
         const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-        told.code = parsed.ec == std::errc() && parsed.ptr == digits.data() + digits.size() ? std::optional<int>(value)
-                                                                                            : std::nullopt;
+        told.code = parsed.ec == std::errc() && parsed.ptr == digits.data() + digits.size()
+                        ? std::optional<std::int64_t>(value)
+                        : std::nullopt;
     }
     told.text = textOf(status, "StatusString");
     return told;
 }
 
-void addNumber(cJSON* object, const char* name, std::uint64_t number)
-{
-    cJSON_AddNumberToObject(object, name, static_cast<double>(number));
-}
-
-} // namespace
-
-Json summaryOf(const Exchange& exchange)
+Json summaryOf(const LoggedExchange& exchange)
 {
     Json root(cJSON_CreateObject());
     cJSON* object = root.get();
-    const Told told = readStatus(exchange.answer);
-    addNumber(object, "Exchange", exchange.number);
-    cJSON_AddNumberToObject(object, "Time", static_cast<double>(toMilliseconds(exchange.received)));
-    cJSON_AddStringToObject(object, "Client", exchange.peer.c_str());
-    cJSON_AddStringToObject(object, "Device", exchange.device().c_str());
+    addNumber(object, "Exchange", static_cast<std::uint64_t>(exchange.number));
+    cJSON_AddNumberToObject(object, "Time", static_cast<double>(toMilliseconds(exchange.time)));
+    cJSON_AddStringToObject(object, "Client", exchange.client.c_str());
+    cJSON_AddStringToObject(object, "Device", exchange.device.c_str());
     cJSON_AddStringToObject(object, "Method", exchange.method.c_str());
     cJSON_AddStringToObject(object, "Path", exchange.path.c_str());
     cJSON_AddNumberToObject(object, "Status", exchange.status);
-    cJSON_AddItemToObject(object, "StatusCode", told.code ? cJSON_CreateNumber(*told.code) : cJSON_CreateNull());
-    addNumber(object, "RequestBytes", exchange.bodyLength);
-    addNumber(object, "AnswerBytes", exchange.answer.size());
+    cJSON_AddItemToObject(object, "StatusCode",
+                          exchange.code ? cJSON_CreateNumber(static_cast<double>(*exchange.code)) : cJSON_CreateNull());
+    addNumber(object, "RequestBytes", exchange.requestBytes);
+    addNumber(object, "AnswerBytes", exchange.answerBytes);
     const std::chrono::duration<double, std::milli> took = exchange.reading + exchange.handling;
     cJSON_AddNumberToObject(object, "Ms", took.count());
     cJSON_AddItemToObject(object, "Fault",
                           exchange.fault ? cJSON_CreateNumber(static_cast<double>(*exchange.fault))
                                          : cJSON_CreateNull());
-    cJSON_AddStringToObject(object, "Reason", told.code.value_or(0) == 0 ? "" : told.text.c_str());
+    cJSON_AddStringToObject(object, "Reason", exchange.reason.c_str());
     cJSON_AddBoolToObject(object, "Complete", exchange.complete ? 1 : 0);
     return root;
 }

@@ -18,7 +18,8 @@ namespace viewlib
 class Journal
 {
   public:
-    explicit Journal(std::size_t limit) : m_limit(limit)
+    /* last is the number of the last exchange before these. */
+    Journal(std::size_t limit, std::uint64_t last) : m_limit(limit), m_last(last)
     {
     }
 
@@ -34,7 +35,7 @@ class Journal
     mutable std::mutex m_mutex;
     mutable std::condition_variable m_changed;
     std::deque<Exchange> m_exchanges;
-    std::uint64_t m_last = 0;
+    std::uint64_t m_last;
 };
 
 } // namespace viewlib

@@ -36,4 +36,17 @@ std::string textOf(const cJSON* object, const char* key)
     return value == nullptr ? std::string() : std::string(value);
 }
 
+double numberOf(const cJSON* object, const char* key)
+{
+    const cJSON* value = cJSON_GetObjectItemCaseSensitive(object, key);
+    return cJSON_IsNumber(value) ? value->valuedouble : 0.0;
+}
+
+int countOf(const cJSON* object, const char* key)
+{
+    constexpr double most = 1000000000.0;
+    const double value = numberOf(object, key);
+    return value >= 0.0 && value <= most ? static_cast<int>(value) : 0;
+}
+
 } // namespace viewlib

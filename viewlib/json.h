@@ -24,5 +24,9 @@ std::string printJson(const cJSON* tree);
 
 /* The text of a member; empty when it is not there or not a text. */
 std::string textOf(const cJSON* object, const char* key);
+/* The number of a member; 0 when it is not there or not a number. */
+double numberOf(const cJSON* object, const char* key);
+/* The same of something that is counted; 0 when it is out of range, too. */
+int countOf(const cJSON* object, const char* key);
 
 } // namespace viewlib

@@ -21,6 +21,8 @@ namespace
 
 constexpr std::uint16_t defaultPort = 8080;
 constexpr long long maxSeconds = 366LL * 24 * 60 * 60;
+constexpr long long mostKept = 1LL << 50;
+constexpr long long mostDays = 36500;
 
 /* What is wrong with a value; whoever knows where it stands says so. */
 struct Wrong
@@ -182,6 +184,9 @@ constexpr Leniency leniencies[] = {
     {"no-qop", &Strict::digestQop, "a digest without qop"},
     {"replay", &Strict::nonceCount, "a nonce count that was used before"},
     {"line-breaks", &Strict::lineBreaks, "line breaks in base64"},
+    {"data-prefix", &Strict::dataPrefix, "base64 after \"data:...,\""},
+    {"documents", &Strict::documents, "members that are missing or not in the standard's form"},
+    {"media-type", &Strict::mediaType, "documents that are not application/VIID+JSON"},
 };
 
 std::string leniencyRule()
@@ -260,10 +265,14 @@ const std::vector<Option>& table()
                [](Options& o, long long n) { o.config.headerTimeout = seconds(n); }),
         number("idle-timeout", "SECONDS", "between requests, and for a body of which nothing comes (300)", 1,
                maxSeconds, [](Options& o, long long n) { o.config.idleTimeout = seconds(n); }),
+        number("keep-bytes", "BYTES", "remove the oldest of what is kept beyond so much, 0 for no limit (0)", 0,
+               mostKept, [](Options& o, long long n) { o.config.keepBytes = static_cast<std::uint64_t>(n); }),
+        number("keep-days", "DAYS", "remove what is older, 0 for no limit (0)", 0, mostDays,
+               [](Options& o, long long n) { o.config.keepFor = std::chrono::hours(24 * n); }),
         repeatable(
             word("allow", "WHAT", "let WHAT pass (see below); may be given several times", leniencyRule(), allow)),
         repeatable(word("fault", "RULE", "spoil answers (see below); may be given several times", faultRule, addFault)),
-        flag("strict-media-type", "refuse documents that are not application/VIID+JSON",
+        flag("strict-media-type", "refuse documents that are not application/VIID+JSON (the default)",
              [](Options& o, bool on) { o.config.strict.mediaType = on; }),
         flag("strict-reading", "show what is stored to registered devices alone",
              [](Options& o, bool on) { o.config.strict.reading = on; }),
@@ -398,6 +407,8 @@ Options parseOptions(const std::vector<std::string>& arguments)
     }
     Options options;
     options.config.port = defaultPort;
+    options.config.strict.documents = true; /* tests in C++ send fragments, devices do not */
+    options.config.strict.mediaType = true;
     for (const Setting& setting : named.count("config") != 0 ? readSettings(file) : std::vector<Setting>())
     {
         Options overruled; /* the command line goes before the file, which has to be right all the same */

@@ -1,11 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "reading.h"
 
-#include "json.h"
+#include "documents.h"
 #include "text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <string_view>
 
 namespace viewlib
 {
@@ -13,29 +15,59 @@ namespace viewlib
 namespace
 {
 
-constexpr std::size_t longestList = 1000;
+constexpr std::size_t largestPage = 1000;
+constexpr std::size_t lastRecord = 1000000000;
 
-Answer list(const Store& store, const std::string& kind)
+struct PageKey
 {
-    Json root(cJSON_CreateObject());
-    cJSON_AddNumberToObject(root.get(), "Total", static_cast<double>(store.count(kind)));
-    cJSON* array = cJSON_AddArrayToObject(root.get(), "Objects");
-    for (const ListedObject& object : store.newest(kind, longestList))
+    const char* name;
+    std::size_t Page::*field;
+    std::size_t most;
+};
+constexpr PageKey pageKeys[] = {{"RecordStartNo", &Page::start, lastRecord},
+                                {"PageRecordNum", &Page::size, largestPage}};
+
+/* One "name=value" of a query; what is wrong with it, or nothing. */
+std::string readPart(std::string_view part, Page& page)
+{
+    const std::size_t equals = std::min(part.find('='), part.size());
+    const std::string name(part.substr(0, equals));
+    const std::string value(part.substr(std::min(equals + 1, part.size())));
+    for (const PageKey& key : pageKeys)
     {
-        cJSON* entry = cJSON_CreateObject();
-        cJSON_AddItemToArray(array, entry);
-        cJSON_AddStringToObject(entry, "Id", object.objectId.c_str());
-        cJSON_AddStringToObject(entry, "Received", localTime(object.received).c_str());
-        cJSON_AddStringToObject(entry, "Device", object.device.c_str());
-        cJSON_AddNumberToObject(entry, "Bytes", static_cast<double>(object.bytes));
-        cJSON* pictures = cJSON_AddArrayToObject(entry, "Pictures");
-        for (const std::int64_t id : object.pictures)
+        if (name != key.name)
         {
-            const std::string path = "/VIID/Pictures/" + std::to_string(id);
-            cJSON_AddItemToArray(pictures, cJSON_CreateString(path.c_str()));
+            continue;
         }
+        std::size_t number = 0;
+        const auto parsed = std::from_chars(value.data(), value.data() + value.size(), number);
+        const bool good =
+            parsed.ec == std::errc() && parsed.ptr == value.data() + value.size() && number >= 1 && number <= key.most;
+        page.*key.field = good ? number : page.*key.field;
+        return good ? std::string()
+                    : shorten("\"" + name + "\" is \"" + value + "\", expected a whole number from 1 to " +
+                              std::to_string(key.most));
     }
-    return Answer(200, printJson(root.get()));
+    return shorten("\"" + name + "\" is not known here, only RecordStartNo and PageRecordNum are");
+}
+
+/* {"FaceListObject":{"TotalNum":..,"RecordStartNo":..,"PageRecordNum":..,"FaceObject":[...]}}, the newest first. */
+Answer list(const Store& store, const Resource& resource, const Page& page)
+{
+    const MemberNames names = memberNames(resource.objects);
+    const std::string root =
+        resource.roots[0] != nullptr ? resource.roots[0] : std::string(resource.objects) + "ListObject";
+    std::string text = "{\"" + root + "\":{\"TotalNum\":" + std::to_string(store.count(resource.objects)) +
+                       ",\"RecordStartNo\":" + std::to_string(page.start) +
+                       ",\"PageRecordNum\":" + std::to_string(page.size) + ",\"" + names.array + "\":[";
+    const char* separator = "";
+    for (const std::string& document : store.documents(resource.objects, page.start - 1, page.size))
+    {
+        text += separator;
+        text += names.inner != nullptr ? std::string("{\"") + names.inner + "\":" + document + "}" : document;
+        separator = ",";
+    }
+    return Answer(200, text + "]}}");
 }
 
 std::optional<Answer> pictureAnswer(std::optional<Picture> picture)
@@ -65,7 +97,22 @@ std::optional<Answer> document(const Store& store, const ResourceMatch& match)
 
 } // namespace
 
-std::optional<Answer> showStored(const Store& store, const ResourceMatch& match)
+PageQuery parsePage(const std::string& query)
+{
+    PageQuery result;
+    for (std::size_t from = 0; from < query.size() && result.fault.empty();)
+    {
+        const std::size_t end = std::min(query.find('&', from), query.size());
+        if (end > from)
+        {
+            result.fault = readPart(std::string_view(query).substr(from, end - from), result.page);
+        }
+        from = end + 1;
+    }
+    return result;
+}
+
+std::optional<Answer> showStored(const Store& store, const ResourceMatch& match, const Page& page)
 {
     switch (match.kind)
     {
@@ -76,7 +123,7 @@ std::optional<Answer> showStored(const Store& store, const ResourceMatch& match)
     case Kind::Picture:
         return pictureAnswer(pictureAt(store, match.id));
     default:
-        return list(store, match.resource->objects);
+        return list(store, *match.resource, page);
     }
 }
 

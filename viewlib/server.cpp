@@ -5,13 +5,16 @@
 #include "api_control.h"
 #include "api_faults.h"
 #include "api_pictures.h"
+#include "api_records.h"
 #include "certificate.h"
 #include "devices.h"
+#include "exchange_log.h"
 #include "exchange_summary.h"
 #include "faults.h"
 #include "feed.h"
 #include "journal.h"
 #include "listener.h"
+#include "retention.h"
 #include "service.h"
 #include "shapes.h"
 #include "store.h"
@@ -90,9 +93,10 @@ bool bodyAllowed(unsigned status)
 struct Server::Engine : Handler
 {
     explicit Engine(Config settings)
-        : config(std::move(settings)), store(config.storage), uploads(config.storage), service(config, store, uploads),
-          devices(store, service, feed), api(config.addresses()), journal(config.maxExchanges), listener(*this, config),
-          port(config.port)
+        : config(std::move(settings)), store(config.storage), uploads(config.storage, [this] { return service.now(); }),
+          service(config, store, uploads), log(config.storage, config.storedExchanges, config.storedBody),
+          retention(config, store, uploads, log), devices(store, service, feed), api(config.addresses()),
+          journal(config.maxExchanges, log.last()), listener(*this, config), port(config.port)
     {
         addControlEndpoints(api,
                             {config, store, uploads, service, devices, feed, [this] { return url(config.address); },
@@ -101,8 +105,15 @@ struct Server::Engine : Handler
                                 [this](std::uint64_t number) { return removeFault(number); }, [this] { clearFaults(); },
                                 [this] { return faults.all(); }});
         addPictureEndpoint(api, store);
+        addRecordEndpoints(api, {store, uploads, log, config.https ? "https" : "http"});
+        service.onStored = [this](const StoredSummary& stored) { publish(stored); };
+        service.onUploaded = [this](const Upload& upload) { publish(upload); };
+        lastExchange = log.last();
+        retention.apply(service.now());
     }
     std::string url(const std::string& address) const;
+    void publish(const StoredSummary& stored);
+    void publish(const Upload& upload);
 
     Reception begin(const Exchange& exchange) override;
     Answer finish(Exchange& exchange, Reception reception) override;
@@ -110,7 +121,7 @@ struct Server::Engine : Handler
 
     Answer serveApi(const Exchange& exchange) const;
     Answer decide(Exchange& exchange, Reception reception);
-    Answer handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload);
+    Answer handle(Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload);
     std::optional<Answer> take(const Exchange& exchange, Faults::Stage stage, std::optional<std::int64_t>& number);
     void tellFault(std::uint64_t number, const char* change);
     std::uint64_t addFault(FaultRule rule);
@@ -123,6 +134,8 @@ struct Server::Engine : Handler
     Store store;
     Uploads uploads;
     Service service;
+    ExchangeLog log;
+    Retention retention;
     Feed feed;
     Devices devices;
     Api api;
@@ -139,6 +152,31 @@ std::string Server::Engine::url(const std::string& address) const
     const bool ipv6 = address.find(':') != std::string::npos;
     return std::string(config.https ? "https://" : "http://") + (ipv6 ? "[" + address + "]" : address) + ":" +
            std::to_string(port);
+}
+
+void Server::Engine::publish(const StoredSummary& stored)
+{
+    for (const StoredSummary::Object& object : stored.objects)
+    {
+        Json members(cJSON_CreateObject());
+        cJSON_AddNumberToObject(members.get(), "Object", static_cast<double>(object.id));
+        cJSON_AddStringToObject(members.get(), "Kind", object.kind.c_str());
+        cJSON_AddStringToObject(members.get(), "Id", object.objectId.c_str());
+        cJSON_AddStringToObject(members.get(), "Device", stored.device.c_str());
+        cJSON_AddNumberToObject(members.get(), "Notes", static_cast<double>(object.notes));
+        cJSON_AddItemToObject(members.get(), "Picture",
+                              object.picture ? cJSON_CreateNumber(static_cast<double>(*object.picture))
+                                             : cJSON_CreateNull());
+        feed.publish("object", service.now(), std::move(members));
+    }
+}
+
+void Server::Engine::publish(const Upload& upload)
+{
+    Json members(cJSON_CreateObject());
+    cJSON_AddStringToObject(members.get(), "Name", upload.name.c_str());
+    cJSON_AddNumberToObject(members.get(), "Length", static_cast<double>(upload.length));
+    feed.publish("upload", service.now(), std::move(members));
 }
 
 void Server::Engine::abandon(Exchange& exchange)
@@ -287,7 +325,7 @@ Answer Server::Engine::decide(Exchange& exchange, Reception reception)
     return handle(exchange, std::move(scripted), reception.upload.get());
 }
 
-Answer Server::Engine::handle(const Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload)
+Answer Server::Engine::handle(Exchange& exchange, std::optional<Answer> scripted, const UploadWriter* upload)
 {
     if (replacesHandling(scripted))
     {
@@ -344,7 +382,10 @@ void Server::Engine::record(Exchange& exchange)
     {
         devices.refresh();
     }
-    feed.publish("exchange", exchange.received, summaryOf(exchange));
+    LoggedExchange row = log.rowOf(exchange);
+    feed.publish("exchange", exchange.received, summaryOf(row));
+    log.add(std::move(row));
+    retention.apply(exchange.received);
     if (config.observer)
     {
         config.observer(exchange);
@@ -488,6 +529,7 @@ bool Server::waitFor(const std::string& path, std::size_t count, std::chrono::mi
 void Server::clearExchanges()
 {
     m_engine->journal.clear();
+    m_engine->log.clear();
 }
 
 std::vector<Registration> Server::registrations() const

@@ -2,6 +2,7 @@
 #include "service.h"
 
 #include "json.h"
+#include "notes.h"
 #include "reading.h"
 #include "sqlite.h"
 #include "text.h"
@@ -252,7 +253,7 @@ std::optional<Answer> Service::refuseStranger(const Exchange& exchange) const
                               : "device \"" + device + "\" is not registered");
 }
 
-Answer Service::perform(const Exchange& exchange, const UploadWriter* upload)
+Answer Service::perform(Exchange& exchange, const UploadWriter* upload)
 {
     const std::optional<ResourceMatch> match = findResource(exchange.path);
     switch (match->kind) /* refuse() has seen to it that there is one */
@@ -280,12 +281,18 @@ Answer Service::perform(const Exchange& exchange, const UploadWriter* upload)
 
 Answer Service::show(const Exchange& exchange, const ResourceMatch& match) const
 {
-    std::optional<Answer> found = showStored(m_store, match);
+    const bool isList = match.kind == Kind::Collection || match.kind == Kind::LogEvent;
+    const PageQuery query = isList ? parsePage(exchange.query) : PageQuery{};
+    if (!query.fault.empty())
+    {
+        return fault(exchange, 400, StatusCode::InvalidOperation, query.fault);
+    }
+    std::optional<Answer> found = showStored(m_store, match, query.page);
     return found ? *std::move(found)
                  : fault(exchange, 404, StatusCode::InvalidOperation, "nothing is stored under " + exchange.path);
 }
 
-Answer Service::store(const Exchange& exchange, const ResourceMatch& match)
+Answer Service::store(Exchange& exchange, const ResourceMatch& match)
 {
     switch (match.kind)
     {
@@ -382,7 +389,18 @@ StoredPost Service::postOf(const Exchange& exchange) const
     return post;
 }
 
-Answer Service::storeDocument(const Exchange& exchange, const Resource& resource)
+/* On disk, or as good as there, once this returns. */
+void Service::keep(Exchange& exchange, const std::vector<FoundObject>& objects)
+{
+    const StoredSummary summary = m_store.add(postOf(exchange), objects);
+    exchange.post = summary.post;
+    if (onStored)
+    {
+        onStored(summary);
+    }
+}
+
+Answer Service::storeDocument(Exchange& exchange, const Resource& resource)
 {
     const std::string type = exchange.header("Content-Type");
     if (m_config.strict.mediaType && !isDocumentType(type))
@@ -399,23 +417,27 @@ Answer Service::storeDocument(const Exchange& exchange, const Resource& resource
         return fault(exchange, 400, StatusCode::JsonContent,
                      std::string("the document has no \"") + resource.roots[0] + "\"");
     }
-    const Findings findings = findObjects(tree.get(), !m_config.strict.lineBreaks);
+    Findings findings = findObjects(tree.get(), m_config.strict, shownTime());
     if (!findings.fault.empty())
     {
         return fault(exchange, 400, StatusCode::JsonContent, findings.fault);
     }
-    m_store.add(postOf(exchange), findings.objects);
+    noteSources(findings, m_store);
+    if (!isDocumentType(type) && !findings.objects.empty())
+    {
+        note(findings.objects.front(), "media-type", "\"" + type + "\" is not application/VIID+JSON");
+    }
+    keep(exchange, findings.objects);
     return envelope(exchange, 200, statusesOf(findings, resource));
 }
 
-Answer Service::storeData(const Exchange& exchange, const ResourceMatch& match)
+Answer Service::storeData(Exchange& exchange, const ResourceMatch& match)
 {
-    m_store.add(postOf(exchange),
-                {dataObject(match.resource->objects, match.id, exchange.body, !m_config.strict.lineBreaks)});
+    keep(exchange, {dataObject(match.resource->objects, match.id, exchange.body, !m_config.strict.lineBreaks)});
     return envelope(exchange, 200, {{StatusCode::Ok, "OK", match.id}});
 }
 
-Answer Service::storeLogEvent(const Exchange& exchange)
+Answer Service::storeLogEvent(Exchange& exchange)
 {
     const Json tree = parseJson(exchange.body);
     if (!tree)
@@ -427,7 +449,7 @@ Answer Service::storeLogEvent(const Exchange& exchange)
     {
         return fault(exchange, 400, StatusCode::JsonContent, findings.fault);
     }
-    m_store.add(postOf(exchange), findings.objects);
+    keep(exchange, findings.objects);
     return envelope(exchange, 200, {Status{}});
 }
 
@@ -461,6 +483,10 @@ Answer Service::endUpload(const Exchange& exchange, const std::string& name, con
     switch (upload == nullptr ? UploadWriter::Outcome::Failed : upload->outcome())
     {
     case UploadWriter::Outcome::Good:
+        if (const std::optional<Upload> held = m_uploads.state(name); held && onUploaded)
+        {
+            onUploaded(*held);
+        }
         return envelope(exchange, 200, {{StatusCode::Ok, "OK", name}});
     case UploadWriter::Outcome::BeyondEnd:
     case UploadWriter::Outcome::TakenOver:

@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,6 +44,10 @@ class Service
   public:
     Service(const Config& config, Store& store, Uploads& uploads);
 
+    /* Called for each post that was stored, by the thread that serves it. */
+    std::function<void(const StoredSummary&)> onStored;
+    std::function<void(const Upload&)> onUploaded; /* the same for uploads; with length and hash alone */
+
     enum class Checks
     {
         All,
@@ -58,7 +63,7 @@ class Service
         return m_verifier.nextNonce(now());
     }
     /* The answer for one that may. */
-    Answer perform(const Exchange& exchange, const UploadWriter* upload);
+    Answer perform(Exchange& exchange, const UploadWriter* upload);
 
     /* Whether the body is one to stream; its writer is opened before the body is read. */
     bool isUpload(const Exchange& exchange) const;
@@ -93,10 +98,11 @@ class Service
     Answer keepAlive(const Exchange& exchange);
     Answer tellTime() const;
     Answer show(const Exchange& exchange, const ResourceMatch& match) const;
-    Answer store(const Exchange& exchange, const ResourceMatch& match);
-    Answer storeDocument(const Exchange& exchange, const Resource& resource);
-    Answer storeData(const Exchange& exchange, const ResourceMatch& match);
-    Answer storeLogEvent(const Exchange& exchange);
+    Answer store(Exchange& exchange, const ResourceMatch& match);
+    Answer storeDocument(Exchange& exchange, const Resource& resource);
+    Answer storeData(Exchange& exchange, const ResourceMatch& match);
+    Answer storeLogEvent(Exchange& exchange);
+    void keep(Exchange& exchange, const std::vector<FoundObject>& objects);
     Answer endUpload(const Exchange& exchange, const std::string& name, const UploadWriter* upload) const;
     Answer tellTransferState(const Exchange& exchange, const std::string& name) const;
 

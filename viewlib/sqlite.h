@@ -5,6 +5,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -20,6 +22,31 @@ inline std::int64_t toMilliseconds(std::chrono::system_clock::time_point time)
 inline std::chrono::system_clock::time_point fromMilliseconds(std::int64_t value)
 {
     return std::chrono::system_clock::time_point(std::chrono::milliseconds(value));
+}
+
+struct CloseDatabase
+{
+    void operator()(sqlite3* database) const
+    {
+        sqlite3_close(database);
+    }
+};
+using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+
+/* What was committed outlives the end of the process; the end of the machine may cost the last of it. */
+inline Database openDatabase(const std::string& file)
+{
+    sqlite3* raw = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &raw,
+                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_FULLMUTEX, nullptr);
+    Database database(raw);
+    if (result != SQLITE_OK || sqlite3_busy_timeout(raw, 5000) != SQLITE_OK ||
+        sqlite3_exec(raw, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;", nullptr, nullptr, nullptr) !=
+            SQLITE_OK)
+    {
+        throw std::runtime_error("cannot open \"" + file + "\": " + sqlite3_errmsg(raw));
+    }
+    return database;
 }
 
 /* A prepared statement: values are bound in order, columns read in order. */
@@ -54,6 +81,19 @@ class Statement
         return *this;
     }
 
+    Statement& bindNull()
+    {
+        require(sqlite3_bind_null(m_statement, ++m_bound) == SQLITE_OK);
+        return *this;
+    }
+    /* Ready to be bound and run again. */
+    Statement& reset()
+    {
+        sqlite3_reset(m_statement);
+        m_bound = 0;
+        return *this;
+    }
+
     /* The next row; false at the end. */
     bool step()
     {
@@ -72,6 +112,12 @@ class Statement
     std::int64_t integer()
     {
         return sqlite3_column_int64(m_statement, m_column++);
+    }
+    std::optional<std::int64_t> optionalInteger()
+    {
+        const bool null = sqlite3_column_type(m_statement, m_column) == SQLITE_NULL;
+        const std::int64_t value = integer();
+        return null ? std::nullopt : std::optional<std::int64_t>(value);
     }
     /* Texts and blobs alike. */
     std::string bytes()

@@ -32,6 +32,73 @@ std::string toHex(const unsigned char* bytes, std::size_t length)
     return text;
 }
 
+/* The length of the character that begins with this byte; 0 when none does. */
+static std::size_t utf8Length(unsigned char first)
+{
+    return first < 0x80                    ? 1
+           : first >= 0xC2 && first < 0xE0 ? 2
+           : first >= 0xE0 && first < 0xF0 ? 3
+           : first >= 0xF0 && first < 0xF5 ? 4
+                                           : 0;
+}
+
+std::string cutUtf8(std::string text)
+{
+    std::size_t begin = text.size();
+    for (std::size_t back = 0; begin > 0 && back < 4; ++back)
+    {
+        --begin;
+        if ((static_cast<unsigned char>(text[begin]) & 0xC0) != 0x80)
+        {
+            break;
+        }
+    }
+    if (begin < text.size() && utf8Length(static_cast<unsigned char>(text[begin])) > text.size() - begin)
+    {
+        text.resize(begin);
+    }
+    return text;
+}
+
+std::string shorten(std::string text)
+{
+    constexpr std::size_t longest = 400;
+    if (text.size() > longest)
+    {
+        text.resize(longest);
+        return cutUtf8(std::move(text)) + "...";
+    }
+    return text;
+}
+
+bool isUtf8(std::string_view text)
+{
+    for (std::size_t i = 0; i < text.size();)
+    {
+        const auto first = static_cast<unsigned char>(text[i]);
+        const std::size_t length = utf8Length(first);
+        if (length == 0 || length > text.size() - i)
+        {
+            return false;
+        }
+        for (std::size_t k = 1; k < length; ++k)
+        {
+            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80)
+            {
+                return false;
+            }
+        }
+        const auto second = length > 1 ? static_cast<unsigned char>(text[i + 1]) : 0;
+        if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) || (first == 0xF0 && second < 0x90) ||
+            (first == 0xF4 && second > 0x8F))
+        {
+            return false;
+        }
+        i += length;
+    }
+    return true;
+}
+
 bool pathFits(std::string_view pattern, std::string_view path)
 {
     if (pattern.empty() || pattern.back() != '*')
@@ -67,6 +134,21 @@ std::string localTime(std::chrono::system_clock::time_point time)
     char text[32];
     const std::size_t length = std::strftime(text, sizeof text, "%Y%m%d%H%M%S", &parts);
     return std::string(text, length);
+}
+
+std::optional<std::chrono::system_clock::time_point> parseLocalTime(const std::string& text)
+{
+    std::tm parts{};
+    const char* end = strptime(text.c_str(), "%Y%m%d%H%M%S", &parts);
+    if (text.size() != 14 || end == nullptr || *end != '\0')
+    {
+        return std::nullopt;
+    }
+    parts.tm_isdst = -1;
+    const std::time_t seconds = std::mktime(&parts);
+    return seconds == -1
+               ? std::nullopt
+               : std::optional<std::chrono::system_clock::time_point>(std::chrono::system_clock::from_time_t(seconds));
 }
 
 std::string timeZone(std::chrono::system_clock::time_point time)

@@ -6,6 +6,7 @@
 #include <openssl/evp.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -75,7 +76,10 @@ struct HeldFile
     std::string path;  /* empty: in memory */
     std::string bytes; /* in memory */
     std::uint64_t length = 0;
-    std::uint64_t turn = 0;  /* of the upload that may write */
+    std::uint64_t turn = 0; /* of the upload that may write */
+    std::chrono::system_clock::time_point changed;
+    std::function<std::chrono::system_clock::time_point()> clock;
+    unsigned writers = 0;
     std::optional<Md5> hash; /* of all that is held, kept up as it grows; none: not known */
 };
 
@@ -116,6 +120,7 @@ Upload describe(const std::string& name, HeldFile& held)
     upload.name = name;
     upload.length = held.length;
     upload.md5 = held.hash->hex();
+    upload.changed = held.changed;
     return upload;
 }
 
@@ -124,6 +129,7 @@ Upload describe(const std::string& name, HeldFile& held)
 UploadWriter::UploadWriter(std::shared_ptr<HeldFile> file, std::uint64_t position) : m_file(std::move(file))
 {
     const std::lock_guard<std::mutex> lock(m_file->mutex);
+    ++m_file->writers;
     if (position > m_file->length)
     {
         fail(Outcome::BeyondEnd, "position " + std::to_string(position) + " lies beyond the " +
@@ -139,6 +145,8 @@ UploadWriter::~UploadWriter()
     {
         close(m_fd);
     }
+    const std::lock_guard<std::mutex> lock(m_file->mutex);
+    --m_file->writers;
 }
 
 void UploadWriter::begin(std::uint64_t position)
@@ -166,6 +174,7 @@ void UploadWriter::begin(std::uint64_t position)
         m_file->hash.reset();
     }
     m_file->length = position;
+    m_file->changed = m_file->clock();
 }
 
 void UploadWriter::fail(Outcome outcome, const std::string& reason)
@@ -195,6 +204,7 @@ void UploadWriter::write(const char* data, std::size_t size)
     {
         writeFile(data, size);
     }
+    m_file->changed = m_file->clock();
     if (m_file->hash)
     {
         m_file->hash->add(data, static_cast<std::size_t>(m_file->length - before));
@@ -220,7 +230,17 @@ void UploadWriter::writeFile(const char* data, std::size_t size)
     }
 }
 
-Uploads::Uploads(const std::string& storage)
+static Uploads::Time changeOf(const std::filesystem::directory_entry& entry)
+{
+    struct stat state;
+    if (stat(entry.path().c_str(), &state) != 0)
+    {
+        return {};
+    }
+    return std::chrono::system_clock::from_time_t(state.st_mtime);
+}
+
+Uploads::Uploads(const std::string& storage, std::function<Time()> clock) : m_clock(std::move(clock))
 {
     if (storage == ":memory:")
     {
@@ -242,6 +262,8 @@ Uploads::Uploads(const std::string& storage)
             auto held = std::make_shared<HeldFile>();
             held->path = m_directory + "/" + fileOf(name);
             held->length = entry.file_size();
+            held->changed = changeOf(entry);
+            held->clock = m_clock;
             m_files.emplace(name, std::move(held));
         }
     }
@@ -273,14 +295,16 @@ std::shared_ptr<HeldFile> Uploads::find(const std::string& name) const
 
 std::unique_ptr<UploadWriter> Uploads::open(const std::string& name, std::uint64_t position)
 {
-    std::shared_ptr<HeldFile> held = find(name);
+    const std::lock_guard<std::mutex> lock(m_mutex); /* nothing is removed before it is written */
+    const auto found = m_files.find(name);
+    std::shared_ptr<HeldFile> held = found == m_files.end() ? nullptr : found->second;
     if (held == nullptr)
     {
         held = std::make_shared<HeldFile>();
         held->path = m_directory.empty() ? std::string() : m_directory + "/" + fileOf(name);
+        held->clock = m_clock;
         if (position == 0) /* otherwise nothing begins, and nothing is held */
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
             held = m_files.emplace(name, std::move(held)).first->second;
         }
     }
@@ -306,6 +330,16 @@ std::size_t Uploads::count() const
 
 std::vector<Upload> Uploads::all() const
 {
+    return describeAll(true);
+}
+
+std::vector<Upload> Uploads::overview() const
+{
+    return describeAll(false);
+}
+
+std::vector<Upload> Uploads::describeAll(bool bytes) const
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     std::vector<Upload> found;
     for (const auto& [name, held] : m_files)
@@ -313,10 +347,65 @@ std::vector<Upload> Uploads::all() const
         const std::lock_guard<std::mutex> fileLock(held->mutex);
         Upload upload = describe(name, *held);
         upload.file = fileOf(name);
-        upload.bytes = held->bytes;
+        upload.bytes = bytes ? held->bytes : std::string();
         found.push_back(std::move(upload));
     }
     return found;
+}
+
+std::uint64_t Uploads::bytes() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::uint64_t sum = 0;
+    for (const auto& [name, held] : m_files)
+    {
+        const std::lock_guard<std::mutex> fileLock(held->mutex);
+        sum += held->length;
+    }
+    return sum;
+}
+
+/* With the lock. */
+Uploads::Files::const_iterator Uploads::findOldest() const
+{
+    auto oldest = m_files.end();
+    Time changed;
+    for (auto each = m_files.begin(); each != m_files.end(); ++each)
+    {
+        const std::lock_guard<std::mutex> fileLock(each->second->mutex);
+        if (each->second->writers == 0 && (oldest == m_files.end() || each->second->changed < changed))
+        {
+            oldest = each;
+            changed = each->second->changed;
+        }
+    }
+    return oldest;
+}
+
+std::optional<Uploads::Time> Uploads::oldest() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = findOldest();
+    if (found == m_files.end())
+    {
+        return std::nullopt;
+    }
+    const std::lock_guard<std::mutex> fileLock(found->second->mutex);
+    return found->second->changed;
+}
+
+void Uploads::removeOldest()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex); /* no writer begins meanwhile */
+    const auto found = findOldest();
+    if (found != m_files.end())
+    {
+        if (!found->second->path.empty())
+        {
+            unlink(found->second->path.c_str());
+        }
+        m_files.erase(found);
+    }
 }
 
 } // namespace viewlib

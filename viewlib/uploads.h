@@ -3,8 +3,10 @@
 
 #include "viewlib/stored.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -64,7 +66,10 @@ class UploadWriter
 class Uploads
 {
   public:
-    explicit Uploads(const std::string& storage); /* ":memory:", or the data directory, which exists */
+    using Time = std::chrono::system_clock::time_point;
+
+    /* ":memory:", or the data directory, which exists; and what time it is. */
+    explicit Uploads(const std::string& storage, std::function<Time()> clock = std::chrono::system_clock::now);
     ~Uploads();
     Uploads(const Uploads&) = delete;
     Uploads& operator=(const Uploads&) = delete;
@@ -77,16 +82,26 @@ class Uploads
 
     /* Length and hash alone; nothing when no upload of that name has begun. */
     std::optional<Upload> state(const std::string& name) const;
-    std::vector<Upload> all() const;
+    std::vector<Upload> all() const;      /* with bytes where they are kept in memory */
+    std::vector<Upload> overview() const; /* without */
+
+    std::uint64_t bytes() const;
+    std::optional<Time> oldest() const; /* when the first of those that nobody writes was written last */
+    void removeOldest();                /* that one */
     std::size_t count() const;
 
   private:
+    std::vector<Upload> describeAll(bool bytes) const;
+    using Files = std::map<std::string, std::shared_ptr<HeldFile>>;
+    Files::const_iterator findOldest() const;
+
     std::shared_ptr<HeldFile> find(const std::string& name) const;
     std::string fileOf(const std::string& name) const;
 
     std::string m_directory; /* empty: in memory */
     mutable std::mutex m_mutex;
-    std::map<std::string, std::shared_ptr<HeldFile>> m_files;
+    Files m_files;
+    const std::function<Time()> m_clock;
 };
 
 } // namespace viewlib

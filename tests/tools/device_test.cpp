@@ -74,7 +74,10 @@ TEST_F(DeviceTest, DeliversAndLeaves)
 
 TEST_F(DeviceTest, ReportsOneOfEverythingOnATour)
 {
-    viewlib::Server server;
+    viewlib::Config config;
+    config.strict.documents = true;
+    config.strict.mediaType = true;
+    viewlib::Server server(config);
     server.start();
     const Ended ended = run(server, {"--tour"});
     EXPECT_EQ(ended.code, 0) << ended.errors << ended.output;
@@ -83,6 +86,10 @@ TEST_F(DeviceTest, ReportsOneOfEverythingOnATour)
                              "RFIDDevice", "DispositionNotification", "LogEvent"})
     {
         EXPECT_FALSE(server.objects(kind).empty()) << kind;
+    }
+    for (const viewlib::StoredObject& object : server.objects())
+    {
+        EXPECT_THAT(object.notes, testing::IsEmpty()) << object.kind << ' ' << object.document;
     }
     EXPECT_EQ(server.posts("/VIID/Images/*").size(), 1u);
     EXPECT_EQ(server.posts("/VIID/VideoSlices/*").size(), 1u);

@@ -89,7 +89,7 @@ class HostileTest : public ServerTest
     /* Files inside whose names the server has not chosen itself, or that are no allowed name of an upload. */
     std::vector<std::string> strange() const
     {
-        static const std::regex known("viewlib\\.db(-wal|-shm)?|pictures(/[0-9]+\\.[a-z0-9]+)?|"
+        static const std::regex known("(viewlib|exchanges)\\.db(-wal|-shm)?|pictures(/[0-9]+\\.[a-z0-9]+)?|"
                                       "uploads(/[A-Za-z0-9_-][A-Za-z0-9._-]{0,127})?");
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(m_parent + "/data"))

@@ -2,10 +2,9 @@
 /* What is stored, read back over HTTP. */
 #include "server_fixture.h"
 
-#include <atomic>
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 
 using client::Result;
@@ -25,53 +24,47 @@ class ReadingTest : public ServerTest
   protected:
     void SetUp() override
     {
-        config.clock = [this] { return m_now.load(); };
         start();
         server().registerDevice(device);
     }
-    Result get(const std::string& path)
-    {
-        client::Call made;
-        made.url = server().url(path);
-        made.method = "GET";
-        return client::perform(made);
-    }
-
-  private:
-    std::atomic<std::chrono::system_clock::time_point> m_now{
-        std::chrono::system_clock::time_point(std::chrono::seconds(1709222399))}; /* 2024-02-29 15:59:59 UTC */
 };
 
 TEST_F(ReadingTest, ACollectionListsItsObjectsNewestFirst)
 {
-    const char* const zone = std::getenv("TZ");
-    const std::string before = zone == nullptr ? "" : zone;
-    setenv("TZ", "UTC-8", 1);
-    tzset();
     EXPECT_EQ(post("/VIID/Images", image).status, 200);
     EXPECT_EQ(postFace().status, 200);
-    const Result result = get("/VIID/Faces");
-    zone == nullptr ? unsetenv("TZ") : setenv("TZ", before.c_str(), 1);
-    tzset();
+    Result result = get("/VIID/Faces");
     EXPECT_EQ(result.status, 200);
-    EXPECT_EQ(result.body,
-              R"({"Total":2,"Objects":[)"
-              R"({"Id":"face-1","Received":"20240229235959","Device":"34020000001190000001","Bytes":55,"Pictures":[]},)"
-              R"({"Id":"f","Received":"20240229235959","Device":"34020000001190000001","Bytes":)" +
-                  std::to_string(image.size()) + R"(,"Pictures":["/VIID/Pictures/2"]}]})");
+    EXPECT_EQ(result.body, R"({"FaceListObject":{"TotalNum":2,"RecordStartNo":1,"PageRecordNum":100,"FaceObject":[)"
+                           R"({"FaceID":"face-1"},)"
+                           R"({"FaceID":"f","SubImageList":{"SubImageInfoObject":[{"Type":"11"}]}}]}})");
+    EXPECT_THAT(result.headers, Contains("Content-Type: application/VIID+JSON;charset=UTF-8"));
+    result = get("/VIID/Images");
+    EXPECT_EQ(result.body, R"({"ImageListObject":{"TotalNum":1,"RecordStartNo":1,"PageRecordNum":100,"Image":[)"
+                           R"({"ImageInfo":{"ImageID":"i"}}]}})");
 }
 
 TEST_F(ReadingTest, AnEmptyCollectionIsAnEmptyList)
 {
-    for (const char* path : {"/VIID/Images", "/VIID/WifiDetector/WifiDatas", "/VIID/AccessRecords", "/log/event"})
+    const std::string counts = R"("TotalNum":0,"RecordStartNo":1,"PageRecordNum":100,)";
+    const std::pair<const char*, std::string> lists[] = {
+        {"/VIID/Images", R"({"ImageListObject":{)" + counts + R"("Image":[]}})"},
+        {"/VIID/VideoSlices", R"({"VideoSliceListObject":{)" + counts + R"("VideoSlice":[]}})"},
+        {"/VIID/NonMotorIllegalRecords",
+         R"({"NonMotorIllegalRecordListObject":{)" + counts + R"("NonMotorIllegalRecordObject":[]}})"},
+        {"/VIID/WifiDetector/WifiDatas", R"({"WifiDataListObject":{)" + counts + R"("WifiData":[]}})"},
+        {"/VIID/AccessRecords", R"({"AccessRecordListObject":{)" + counts + R"("AccessRecordObject":[]}})"},
+        {"/log/event", R"({"LogEventListObject":{)" + counts + R"("LogEventObject":[]}})"},
+    };
+    for (const auto& [path, body] : lists)
     {
         const Result result = get(path);
         EXPECT_EQ(result.status, 200) << path;
-        EXPECT_EQ(result.body, R"({"Total":0,"Objects":[]})") << path;
+        EXPECT_EQ(result.body, body) << path;
     }
 }
 
-TEST_F(ReadingTest, ALongListIsCut)
+TEST_F(ReadingTest, AListIsReadByPages)
 {
     std::string faces;
     for (int i = 1; i <= 1001; ++i)
@@ -79,11 +72,57 @@ TEST_F(ReadingTest, ALongListIsCut)
         faces += (i == 1 ? "" : ",") + (R"({"FaceID":")" + std::to_string(i)) + "\"}";
     }
     EXPECT_EQ(post("/VIID/Faces", R"({"FaceListObject":{"FaceObject":[)" + faces + "]}}").status, 200);
-    const Result result = get("/VIID/Faces");
-    EXPECT_EQ(at(result.body, "Total"), "1001");
-    EXPECT_EQ(at(result.body, "Objects/0/Id"), R"("1001")");
-    EXPECT_EQ(at(result.body, "Objects/999/Id"), R"("2")");
-    EXPECT_EQ(at(result.body, "Objects/1000"), "(missing)");
+    const struct
+    {
+        const char* query;
+        std::size_t start;
+        std::size_t size;
+    } pages[] = {{"", 1, 100},
+                 {"?PageRecordNum=1000", 1, 1000},
+                 {"?RecordStartNo=2", 2, 100},
+                 {"?RecordStartNo=1000&PageRecordNum=3", 1000, 3},
+                 {"?PageRecordNum=3&RecordStartNo=1002", 1002, 3}};
+    for (const auto& page : pages)
+    {
+        const std::string body = get(std::string("/VIID/Faces") + page.query).body;
+        EXPECT_EQ(at(body, "FaceListObject/TotalNum"), "1001");
+        EXPECT_EQ(at(body, "FaceListObject/RecordStartNo"), std::to_string(page.start));
+        EXPECT_EQ(at(body, "FaceListObject/PageRecordNum"), std::to_string(page.size));
+        const std::size_t shown = page.start > 1001 ? 0 : std::min(page.size, 1002 - page.start);
+        for (std::size_t i = 0; i < shown; i += std::max<std::size_t>(1, shown - 1)) /* the first and the last */
+        {
+            EXPECT_EQ(at(body, "FaceListObject/FaceObject/" + std::to_string(i) + "/FaceID"),
+                      '"' + std::to_string(1002 - page.start - i) + '"')
+                << page.query;
+        }
+        EXPECT_EQ(at(body, "FaceListObject/FaceObject/" + std::to_string(shown)), "(missing)") << page.query;
+    }
+}
+
+TEST_F(ReadingTest, APageThatCannotBeIsRefused)
+{
+    const std::pair<const char*, const char*> refusals[] = {
+        {"RecordStartNo=0", R"("RecordStartNo" is "0", expected a whole number from 1 to 1000000000)"},
+        {"RecordStartNo=", R"("RecordStartNo" is "", expected a whole number from 1 to 1000000000)"},
+        {"RecordStartNo=-1", R"("RecordStartNo" is "-1", expected a whole number from 1 to 1000000000)"},
+        {"RecordStartNo=1000000001",
+         R"("RecordStartNo" is "1000000001", expected a whole number from 1 to 1000000000)"},
+        {"PageRecordNum=0", R"("PageRecordNum" is "0", expected a whole number from 1 to 1000)"},
+        {"PageRecordNum=1001", R"("PageRecordNum" is "1001", expected a whole number from 1 to 1000)"},
+        {"RecordStartNo=1&PageRecordNum=1x", R"("PageRecordNum" is "1x", expected a whole number from 1 to 1000)"},
+        {"PageRecordNum=99999999999999999999999",
+         R"("PageRecordNum" is "99999999999999999999999", expected a whole number from 1 to 1000)"},
+        {"FaceID=1", R"("FaceID" is not known here, only RecordStartNo and PageRecordNum are)"},
+    };
+    for (const auto& [query, text] : refusals)
+    {
+        const Result result = get(std::string("/VIID/Faces?") + query);
+        EXPECT_EQ(result.status, 400) << query;
+        EXPECT_EQ(at(result.body, "ResponseStatusListObject/ResponseStatusObject/0/StatusCode"), "4");
+        const std::unique_ptr<cJSON, void (*)(cJSON*)> quoted(cJSON_CreateString(text), cJSON_Delete);
+        const std::unique_ptr<char, void (*)(void*)> printed(cJSON_PrintUnformatted(quoted.get()), cJSON_free);
+        EXPECT_EQ(at(result.body, "ResponseStatusListObject/ResponseStatusObject/0/StatusString"), printed.get());
+    }
 }
 
 TEST_F(ReadingTest, AnObjectIsShownByTheDocumentItCameInLast)

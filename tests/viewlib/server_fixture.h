@@ -30,6 +30,14 @@ class ServerTest : public ::testing::Test
     {
         server().start();
     }
+    void close() /* the next start makes another server */
+    {
+        m_server.reset();
+    }
+    client::Result get(const std::string& path)
+    {
+        return client::perform(call(path, "", "GET"));
+    }
 
     client::Call call(const std::string& path, const std::string& body = "", const std::string& method = "POST")
     {

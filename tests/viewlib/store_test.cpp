@@ -2,6 +2,8 @@
 /* What the collections take, keep and refuse. */
 #include "server_fixture.h"
 
+#include <sqlite3.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -475,6 +477,7 @@ TEST_F(DirectoryTest, IdentifiersNeverNameFiles)
         }
     }
     EXPECT_THAT(names, testing::Each(testing::AnyOf(testing::StartsWith("data/viewlib.db"),
+                                                    testing::StartsWith("data/exchanges.db"),
                                                     testing::ContainsRegex("^data/pictures/0000000[1-4]\\.bin$"))));
     EXPECT_EQ(server().pictures().size(), 4U);
 }
@@ -485,8 +488,10 @@ TEST_F(DirectoryTest, WhatWasStoredAndRegisteredOutlivesTheServer)
         viewlib::Server first(config);
         first.start();
         first.registerDevice(device);
-        client::Call made = call("/VIID/Faces", twoPictures);
+        client::Call made;
         made.url = first.url("/VIID/Faces");
+        made.headers = {std::string("User-Identify:") + device};
+        made.body = twoPictures;
         EXPECT_EQ(client::perform(made).status, 200);
     }
     EXPECT_TRUE(server().registered(device));
@@ -503,6 +508,69 @@ TEST_F(DirectoryTest, AStorageFaultIsAnsweredAndNothingIsHalfKept)
     EXPECT_EQ(at(result.body, firstStatus + "StatusCode"), "1");
     EXPECT_EQ(server().stored().posts, 0U);
     EXPECT_EQ(server().stored().objects, 0U);
+}
+
+TEST_F(DirectoryTest, OneServerAtATimeHasTheDirectory)
+{
+    start();
+    try
+    {
+        viewlib::Server second(config);
+        FAIL() << "the second server opened the directory";
+    }
+    catch (const std::runtime_error& error)
+    {
+        EXPECT_EQ(std::string(error.what()), "the directory \"" + config.storage + "\" is in use by another server");
+    }
+}
+
+TEST_F(DirectoryTest, WhatAnEndLeftOfAPostIsRemovedAtTheStart)
+{
+    start();
+    EXPECT_EQ(post("/VIID/Faces", twoPictures).status, 200);
+    close();
+    for (const char* name : {"00000003.jpg", "00000001.png", "123456789.bin", "notes.txt", "0001.jpg"})
+    {
+        std::ofstream(config.storage + "/pictures/" + name) << "stray";
+    }
+    start();
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(config.storage + "/pictures"))
+    {
+        names.push_back(entry.path().filename().string());
+    }
+    EXPECT_THAT(names, testing::UnorderedElementsAre("00000001.jpg", "00000002.bin", "notes.txt", "0001.jpg"));
+    EXPECT_EQ(server().pictures("face-1").at(0).bytes, firstPicture);
+    EXPECT_EQ(post("/VIID/Faces", twoPictures).status, 200);
+    EXPECT_EQ(server().pictures().back().file, "pictures/00000004.bin");
+}
+
+/* As the first version laid it out. */
+TEST_F(DirectoryTest, ADatabaseOfTheFirstFormIsTakenOver)
+{
+    std::filesystem::create_directories(config.storage + "/pictures");
+    sqlite3* database = nullptr;
+    ASSERT_EQ(sqlite3_open((config.storage + "/viewlib.db").c_str(), &database), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(database, R"(
+        CREATE TABLE registrations (device TEXT PRIMARY KEY, since INTEGER NOT NULL, keepalive INTEGER NOT NULL);
+        CREATE TABLE posts (id INTEGER PRIMARY KEY, received INTEGER NOT NULL, device TEXT NOT NULL,
+            path TEXT NOT NULL, type TEXT NOT NULL, body BLOB NOT NULL);
+        CREATE TABLE objects (id INTEGER PRIMARY KEY, post INTEGER NOT NULL REFERENCES posts (id), kind TEXT NOT NULL,
+            object TEXT NOT NULL, document TEXT NOT NULL);
+        CREATE TABLE pictures (id INTEGER PRIMARY KEY, object INTEGER NOT NULL REFERENCES objects (id),
+            image TEXT NOT NULL, type TEXT NOT NULL, format TEXT NOT NULL, file TEXT NOT NULL, bytes BLOB);
+        INSERT INTO posts VALUES (1, 1709222399000, 'd', '/VIID/Faces', '', '{}');
+        INSERT INTO objects VALUES (1, 1, 'Face', 'old', '{"FaceID":"old"}');)",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(database);
+    start();
+    EXPECT_EQ(server().objects("Face").at(0).objectId, "old");
+    EXPECT_EQ(post("/VIID/Faces", twoPictures).status, 200);
+    EXPECT_EQ(server().objects("Face").size(), 3U);
+    close();
+    start();
+    EXPECT_EQ(server().objects("Face").size(), 3U);
 }
 
 TEST_F(DirectoryTest, APlaceThatCannotBeADirectoryIsRefused)

@@ -32,6 +32,10 @@ namespace
 {
 
 const std::string device = "34020000001190000001";
+const std::string face =
+    R"({"FaceListObject":{"FaceObject":[{"FaceID":"340200000011900000010220240229235959000010600001","InfoKind":1,)"
+    R"("SourceID":"34020000001190000001022024022923595900001","DeviceID":"34020000001190000001",)"
+    R"("SubImageList":{"SubImageInfoObject":[{"Type":"11","Data":"Zm9v"}]}}]}})";
 
 std::string contentOf(const std::string& name)
 {
@@ -171,11 +175,11 @@ class ViewlibdTest : public ::testing::Test
         std::ofstream(file(name), std::ios::binary) << text;
     }
     long post(const std::string& path, const std::string& body, const std::string& credentials = "",
-              const std::string& scheme = "http://")
+              const std::string& scheme = "http://", const std::string& type = "application/VIID+JSON")
     {
         client::Call call;
         call.url = scheme + address() + path;
-        call.headers = {"User-Identify:" + device};
+        call.headers = {"User-Identify:" + device, "Content-Type: " + type};
         call.body = body;
         call.credentials = credentials;
         return client::perform(call).status;
@@ -214,9 +218,7 @@ TEST_F(ViewlibdTest, KeepsItsDataInADirectory)
     serve({"--user=camera", "--password=secret", "--data", data});
     EXPECT_EQ(registerWith("camera:wrong"), 401);
     EXPECT_EQ(registerWith("camera:secret"), 200);
-    EXPECT_EQ(post("/VIID/Faces", R"({"FaceListObject":{"FaceObject":[{"FaceID":"f","SubImageList":)"
-                                  R"({"SubImageInfoObject":[{"Data":"Zm9v"}]}}]}})"),
-              200);
+    EXPECT_EQ(post("/VIID/Faces", face), 200);
     EXPECT_EQ(stop(SIGINT), 0);
     EXPECT_THAT(output(), HasSubstr("user \"camera\", password as given, data in \"" + data + "\"\n"));
     EXPECT_EQ(output().find("secret"), std::string::npos);
@@ -250,6 +252,25 @@ TEST_F(ViewlibdTest, ShowsWhatIsStoredUnlessTold)
     EXPECT_EQ(stop(SIGTERM), 0);
 }
 
+TEST_F(ViewlibdTest, IsStrictWithDocumentsUnlessTold)
+{
+    const std::string bare = R"({"FaceListObject":{"FaceObject":[{"FaceID":"f"}]}})";
+    client::Call plain;
+    plain.headers = {"User-Identify:" + device, "Content-Type: text/plain"};
+    plain.body = face;
+    serve({"--allow", "unregistered"});
+    plain.url = "http://" + address() + "/VIID/Faces";
+    EXPECT_EQ(post("/VIID/Faces", bare), 400);
+    EXPECT_EQ(client::perform(plain).status, 415);
+    EXPECT_EQ(post("/VIID/Faces", face), 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
+    serve({"--allow", "unregistered", "--allow=documents", "--allow=media-type"});
+    plain.url = "http://" + address() + "/VIID/Faces";
+    EXPECT_EQ(post("/VIID/Faces", bare), 200);
+    EXPECT_EQ(client::perform(plain).status, 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
+}
+
 TEST_F(ViewlibdTest, TellsWhatItCannotDo)
 {
     serve({});
@@ -278,7 +299,8 @@ TEST_F(ViewlibdTest, NamesTheArgumentThatIsWrong)
         {{"--algorithms", "md5,sha"},
          "--algorithms \"md5,sha\": expected md5, sha-256, or both with a comma between them"},
         {{"--allow", "all"},
-         "--allow \"all\": expected one of unregistered, identity, uri, no-qop, replay, line-breaks"},
+         "--allow \"all\": expected one of unregistered, identity, uri, no-qop, replay, line-breaks, data-prefix, "
+         "documents, media-type"},
         {{"--https=yes"}, "--https \"yes\": expected true or false"},
         {{"--unknown"}, "unknown argument \"--unknown\""},
         {{"--max-connections", "0"}, "--max-connections \"0\": expected a whole number from 1 to 16384"},
@@ -473,6 +495,8 @@ TEST_F(ViewlibdFileTest, TakesEveryOptionFromAFile)
                            "max-connections = 9\n"
                            "header-timeout = 10\n"
                            "idle-timeout = 20\n"
+                           "keep-bytes = 1_000_000\n"
+                           "keep-days = 30\n"
                            "allow = [\"replay\", \"line-breaks\"]\n"
                            "https = false\n"
                            "no-auth = false\n"
@@ -483,7 +507,7 @@ TEST_F(ViewlibdFileTest, TakesEveryOptionFromAFile)
                                file("data") + "\"\n");
     serve({"--config", file("viewlibd.toml")});
     EXPECT_EQ(registerWith("camera:secret"), 200);
-    EXPECT_EQ(post("/VIID/Faces", R"({"FaceListObject":{}})"), 415);
+    EXPECT_EQ(post("/VIID/Faces", R"({"FaceListObject":{}})", "", "http://", "text/plain"), 415);
     EXPECT_EQ(post("/VIID/Faces", std::string(1001, ' ')), 413);
     EXPECT_EQ(stop(SIGTERM), 0);
     EXPECT_THAT(output(), HasSubstr(" and http://127.0.0.2:"));

@@ -22,6 +22,8 @@ struct Strict
     bool digestQop = true;    /* a digest without qop (the form of RFC 2069) is refused */
     bool nonceCount = true;   /* a nonce count that was used before is refused */
     bool lineBreaks = true;   /* base64 with line breaks is refused */
+    bool dataPrefix = true;   /* base64 with a "data:" prefix is refused */
+    bool documents = false;   /* objects must have the members, identifiers and times that the standard asks for */
     bool mediaType = false;   /* a document must say application/VIID+JSON or application/json */
     bool reading = false;     /* what is stored is shown to registered devices alone, if registrations count at all */
 };
@@ -56,6 +58,14 @@ struct Config
     std::string storage = ":memory:"; /* or a directory, made when it is not there */
     std::size_t maxBody = std::size_t(100) << 20;
     std::size_t maxExchanges = 100000; /* the oldest ones are dropped from the log */
+
+    /* Exchanges are stored as well, for the control API. */
+    std::size_t storedExchanges = 100000;          /* the oldest ones are dropped */
+    std::size_t storedBody = std::size_t(1) << 20; /* so much is kept of each body, of a stored document all */
+
+    /* What is older, or does not fit, is removed: documents with their objects and pictures, exchanges, uploads. */
+    std::uint64_t keepBytes = 0;          /* 0: no limit */
+    std::chrono::milliseconds keepFor{0}; /* 0: for ever */
 
     /* The time the server lives by (lifetimes, stored times); several threads call it at once. */
     std::function<std::chrono::system_clock::time_point()> clock;

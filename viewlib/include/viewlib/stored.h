@@ -4,7 +4,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace viewlib
 {
@@ -32,10 +34,11 @@ struct StoredPost
 struct StoredObject
 {
     std::int64_t id = 0;
-    std::int64_t post = 0; /* StoredPost::id */
-    std::string kind;      /* "Face", "Image", ... */
-    std::string objectId;  /* its "FaceID", "ImageID", ... */
-    std::string document;  /* its members as JSON, pictures left out */
+    std::int64_t post = 0;          /* StoredPost::id */
+    std::string kind;               /* "Face", "Image", ... */
+    std::string objectId;           /* its "FaceID", "ImageID", ... */
+    std::string document;           /* its members as JSON, pictures left out */
+    std::vector<std::string> notes; /* what was tolerated in it but is unwise, each "code: sentence" */
 };
 
 /* A picture or other data that was sent as base64, decoded. */
@@ -47,6 +50,8 @@ struct Picture
     std::string type;   /* "Type" of a sub-image, "" for the data of the object itself */
     std::string format; /* "FileFormat" as sent */
     std::string file;   /* where it is kept, relative to the data directory; "" when it is kept in memory */
+    int width = 0;      /* of a JPEG or PNG; 0: not known */
+    int height = 0;
     std::string bytes;
 };
 
@@ -58,6 +63,23 @@ struct Upload
     std::string md5;   /* of that much, 32 digits */
     std::string file;  /* where it is kept, relative to the data directory; "" when it is kept in memory */
     std::string bytes; /* when it is kept in memory */
+    std::chrono::system_clock::time_point changed;
+};
+
+/* What became of one post, for those who watch. */
+struct StoredSummary
+{
+    struct Object
+    {
+        std::int64_t id = 0;
+        std::string kind;
+        std::string objectId;
+        std::size_t notes = 0;
+        std::optional<std::int64_t> picture; /* its first one */
+    };
+    std::int64_t post = 0;
+    std::string device;
+    std::vector<Object> objects;
 };
 
 struct StoreCounts

@@ -1,9 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "jpeg_size.h"
+#include "viewlib/picture_size.h"
 
 #include <gtest/gtest.h>
 
-using device::jpegSize;
+using viewlib::jpegSize;
+using viewlib::pictureSize;
 using namespace std::string_literals;
 
 namespace
@@ -44,4 +45,16 @@ TEST(JpegSize, NoneOfWhatIsNoJpeg)
     EXPECT_FALSE(jpegSize(c_start + "\xFF\xDA\0\x02"s + c_frame));       /* a scan before any frame */
     EXPECT_FALSE(jpegSize((c_start + c_frame).substr(0, 2 + 7)));        /* cut within the width */
     EXPECT_FALSE(jpegSize(c_start + "\xFF\xC0\0\x0B\x08\0\0\x03\x04"s)); /* no lines */
+}
+
+TEST(PictureSize, OfAPngAndAJpeg)
+{
+    const std::string png = "\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\x03\x20\0\0\x02\x58\x08\x02\0\0\0"s;
+    ASSERT_TRUE(pictureSize(png));
+    EXPECT_EQ(pictureSize(png)->width, 800);
+    EXPECT_EQ(pictureSize(png)->height, 600);
+    EXPECT_FALSE(pictureSize(png.substr(0, 23)));
+    EXPECT_FALSE(pictureSize("GIF89a"));
+    ASSERT_TRUE(pictureSize(c_start + c_application + c_frame));
+    EXPECT_EQ(pictureSize(c_start + c_application + c_frame)->height, 0x0102);
 }

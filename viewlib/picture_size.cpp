@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "jpeg_size.h"
+#include "viewlib/picture_size.h"
 
 #include <cstddef>
 
-namespace device
+namespace viewlib
 {
 
 namespace
@@ -57,4 +57,23 @@ std::optional<PictureSize> jpegSize(const std::string& bytes)
     return std::nullopt;
 }
 
-} // namespace device
+/* The header's chunk comes first, with width and height at its beginning. */
+static std::optional<PictureSize> pngSize(const std::string& bytes)
+{
+    static constexpr char start[] = "\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR";
+    if (bytes.compare(0, sizeof start - 1, start, sizeof start - 1) != 0 || wordAt(bytes, 16) != 0 ||
+        wordAt(bytes, 20) != 0)
+    {
+        return std::nullopt;
+    }
+    const PictureSize size = {wordAt(bytes, 18), wordAt(bytes, 22)};
+    return size.width > 0 && size.height > 0 ? std::optional<PictureSize>(size) : std::nullopt;
+}
+
+std::optional<PictureSize> pictureSize(const std::string& bytes)
+{
+    const std::optional<PictureSize> size = jpegSize(bytes);
+    return size ? size : pngSize(bytes);
+}
+
+} // namespace viewlib

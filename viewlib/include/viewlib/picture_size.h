@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace device
+namespace viewlib
 {
 
 struct PictureSize
@@ -16,4 +16,7 @@ struct PictureSize
 /* Width and height as a JPEG's frame header tells them; none when the bytes are no JPEG. */
 std::optional<PictureSize> jpegSize(const std::string& bytes);
 
-} // namespace device
+/* Of a JPEG or a PNG. */
+std::optional<PictureSize> pictureSize(const std::string& bytes);
+
+} // namespace viewlib
