@@ -102,11 +102,13 @@ std::string addressBytes(const std::string& text)
 /* "127.0.0.1:8080" is "127.0.0.1", "[::1]:8080" is "::1". */
 std::string hostName(const std::string& header)
 {
-    if (!header.empty() && header.front() == '[')
+    if (header.empty() || header.front() != '[')
     {
-        return header.substr(1, header.find(']') - 1);
+        return header.substr(0, header.find(':'));
     }
-    return header.substr(0, header.find(':'));
+    const std::size_t end = header.find(']');
+    const bool whole = end != std::string::npos && (end + 1 == header.size() || header[end + 1] == ':');
+    return whole ? header.substr(1, end - 1) : std::string();
 }
 
 bool isLoopback(const std::string& host)

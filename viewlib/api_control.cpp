@@ -129,7 +129,7 @@ Reply feedReply(const Controlled& of, const ApiRequest& request)
     of.devices.refresh();
     for (;;)
     {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         if (left.count() <= 0 || of.feed.wait(after, std::min(left, refreshInterval)) || of.feed.closed())
         {
             break;

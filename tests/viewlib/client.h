@@ -29,6 +29,7 @@ struct Call
     std::vector<std::string> headers;
     std::string credentials; /* "user:password": digest */
     std::string rawTarget;   /* instead of the URL's path, letter for letter */
+    bool unpack = false;     /* accept packed answers and unpack them */
     long timeoutMs = 10000;
 };
 
@@ -95,6 +96,7 @@ inline Result perform(CURL* handle, const Call& call)
     curl_easy_setopt(handle, CURLOPT_HEADERDATA, &result.headers);
     curl_easy_setopt(handle, CURLOPT_HTTPAUTH, call.credentials.empty() ? CURLAUTH_NONE : CURLAUTH_DIGEST);
     curl_easy_setopt(handle, CURLOPT_USERPWD, call.credentials.empty() ? nullptr : call.credentials.c_str());
+    curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, call.unpack ? "" : nullptr);
     setBody(handle, call);
     result.code = curl_easy_perform(handle);
     curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &result.status);

@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
@@ -85,8 +86,39 @@ class Client
         return text;
     }
 
+    enum class End
+    {
+        Closed,
+        Reset,
+        Quiet /* nothing came for that long */
+    };
+    /* Everything that comes until the connection ends or nothing more comes for so long; ended() tells which. */
+    std::string receive(std::chrono::milliseconds quiet = std::chrono::seconds(30))
+    {
+        std::string bytes;
+        char block[16384];
+        pollfd state{m_fd, POLLIN, 0};
+        while (poll(&state, 1, static_cast<int>(quiet.count())) == 1)
+        {
+            const ssize_t size = recv(m_fd, block, sizeof block, 0);
+            if (size <= 0)
+            {
+                m_end = size == 0 ? End::Closed : End::Reset;
+                return bytes;
+            }
+            bytes.append(block, static_cast<std::size_t>(size));
+        }
+        m_end = End::Quiet;
+        return bytes;
+    }
+    End ended() const
+    {
+        return m_end;
+    }
+
   private:
     const int m_fd;
+    End m_end = End::Quiet;
 };
 
 /* In a connection of its own, whose end follows the request. */

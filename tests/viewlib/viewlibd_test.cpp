@@ -301,6 +301,19 @@ TEST_F(ViewlibdTest, NamesTheArgumentThatIsWrong)
         {{"--allow", "all"},
          "--allow \"all\": expected one of unregistered, identity, uri, no-qop, replay, line-breaks, data-prefix, "
          "documents, media-type"},
+        {{"--fault", "/VIID/Faces"}, "--fault \"/VIID/Faces\": expected RESOURCE[@DEVICE][ xN| N%]=PRESET"},
+        {{"--fault", "/VIID/Faces=none"}, "--fault \"/VIID/Faces=none\": there is no preset \"none\""},
+        {{"--fault", "Faces=gzip"},
+         "--fault \"Faces=gzip\": \"Faces\" is no resource: expected *, a path, or the beginning of one followed by *"},
+        {{"--fault", "/VIID/Faces@=gzip"},
+         "--fault \"/VIID/Faces@=gzip\": \"\" is no device: expected * or its DeviceID"},
+        {{"--fault", "* x0=gzip"},
+         "--fault \"* x0=gzip\": \"x0\" is neither xN (the next N requests, 1 to 1000000) nor N% (a share of them, 1 "
+         "to 100)"},
+        {{"--fault", "* 101%=gzip"},
+         "--fault \"* 101%=gzip\": \"101%\" is neither xN (the next N requests, 1 to 1000000) nor N% (a share of them, "
+         "1 to "
+         "100)"},
         {{"--https=yes"}, "--https \"yes\": expected true or false"},
         {{"--unknown"}, "unknown argument \"--unknown\""},
         {{"--max-connections", "0"}, "--max-connections \"0\": expected a whole number from 1 to 16384"},
@@ -313,6 +326,22 @@ TEST_F(ViewlibdTest, NamesTheArgumentThatIsWrong)
         EXPECT_EQ(errors(), "viewlibd: " + message + "\nTry viewlibd --help.\n");
         EXPECT_EQ(output(), "");
     }
+}
+
+TEST_F(ViewlibdTest, FaultsAreLaidDownFromTheStart)
+{
+    serve({"--allow", "unregistered", "--fault", "/VIID/Faces@34020000001190000001 x2=unavailable", "--fault",
+           "/VIID/Persons 50%=unavailable", "--fault=/VIID/Things@34020000001190000002=unavailable"});
+    const std::string faces = R"({"FaceListObject":{}})";
+    EXPECT_EQ(post("/VIID/Faces", faces), 503);
+    EXPECT_EQ(post("/VIID/Faces", faces), 503);
+    EXPECT_EQ(post("/VIID/Faces", faces), 200);
+    const std::string persons = R"({"PersonListObject":{}})";
+    EXPECT_EQ(post("/VIID/Persons", persons), 200);
+    EXPECT_EQ(post("/VIID/Persons", persons), 503);
+    EXPECT_EQ(post("/VIID/Persons", persons), 200);
+    EXPECT_EQ(post("/VIID/Things", R"({"ThingListObject":{}})"), 200);
+    EXPECT_EQ(stop(SIGTERM), 0);
 }
 
 TEST_F(ViewlibdTest, PrintsItsHelpAndVersion)
