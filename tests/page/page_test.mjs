@@ -263,7 +263,7 @@ test('nothing is wider than a phone, in both languages', async (context) => {
             for (const path of [...views, `objects/${Objects[0].Object}`, 'exchanges/1']) {
                 await go(path);
                 await page.locator('main h1').waitFor();
-                await page.locator('.news > *, main li, .detail-body > *').first().waitFor();
+                await page.locator('.news > *:visible, main li:visible, .detail-body > *:visible').first().waitFor();
                 const over = await page.evaluate(() => document.documentElement.scrollWidth - window.innerWidth);
                 assert.ok(over <= 0, `${path} in ${locale} is ${over} pixels too wide`);
             }
