@@ -22,6 +22,7 @@ packages_of() {
         ;;
     test)
         echo libgtest-dev libgmock-dev
+        echo apache2-bin                                  # a judge of digests
         echo curl python3-requests                        # clients of others, for the view library
         echo mandoc                                       # the form of the man page
         ;;
