@@ -114,6 +114,10 @@ test('a posted portrait shows with the box of its face in place', (context) => w
     const tags = await texts(page, '.frame-of-scene .tag');
     assert.ok(tags.includes('Face') && tags.includes('Person') && tags.filter((tag) => tag === 'Thing').length === 2, tags.join());
     assert.equal(await page.locator('.boxes .chosen').count(), 1);
+    await page.getByRole('link', {name: 'Newer'}).click();
+    await until('the next face', async () => !page.url().includes(`objects/${object.Object}?`));
+    await page.getByRole('link', {name: 'Older'}).click();
+    await page.locator('.full-id', {hasText: object.Id}).waitFor();
     await page.locator('.tag', {hasText: 'Person'}).click();
     await page.locator('.detail h2', {hasText: 'Person'}).waitFor();
     await page.getByText('The exchange it came in').click();

@@ -11,7 +11,7 @@ const hand = {width: 390, height: 844};
 
 /* name, path, what has to be there, and how the page is opened */
 const pictures = (face, post) => [
-    ['page-object', `objects/${face}?Kind=Person`, '.frame-of-scene img', {viewport: {width: 1280, height: 650}}],
+    ['page-object', `objects/${face}`, '.frame-of-scene img', {viewport: {width: 1220, height: 610}}],
     ['page-live', 'live', '.feed li', {viewport: desk, scheme: 'dark'}],
     ['page-exchange', `exchanges/${post}?Path=/VIID/Faces`, '.exchange-detail', {viewport: desk}],
     ['page-faults', 'faults', '.row.fault', {viewport: {width: 1280, height: 720}, locale: 'zh-CN'}],

@@ -33,7 +33,7 @@ export class Server {
         this.folder = this.folder || await mkdtemp(join(tmpdir(), 'viewlibd-page-'));
         const file = join(this.folder, `port-${Date.now()}`);
         this.output = '';
-        this.process = spawn(join(programs, 'viewlibd'), ['--port', String(port), '--port-file', file, '--data', join(this.folder, 'data')]);
+        this.process = spawn(join(programs, 'viewlibd'), ['--port', String(port), '--port-file', file, '--data', './records'], {cwd: this.folder});
         this.process.stdout.on('data', (text) => { this.output += text; });
         this.process.stderr.on('data', (text) => { this.output += text; });
         this.ended = new Promise((done) => { this.process.on('close', done); });

@@ -37,7 +37,7 @@ function row(event) {
     const made = (describe[event.Type] || (() => ({href: '#/live', text: event.Type, tail: [], below: ''})))(event);
     const [, , image] = types.find(([type]) => type === event.Type) || [null, null, 'live'];
     return h('li', {}, h('a', {class: 'event', href: made.href, 'data-seq': event.Seq},
-        h('span', {class: `event-icon ${event.Type}`}, icon(image)),
+        h('span', {class: `event-icon of-${event.Type}`}, icon(image)),
         h('span', {class: 'event-text'}, h('span', {class: 'line'}, made.text), h('span', {class: 'below'}, made.below)),
         h('span', {class: 'tail'}, made.tail),
         h('time', {title: fullTime(event.Time)}, clockTime(event.Time))));

@@ -218,18 +218,23 @@ export function split(list, {title, home, open}) {
             }
         }
     };
-    list.element.addEventListener('loaded', mark);
 
     const neighbour = (step) => {
         const at = list.items.querySelector(`[data-key="${shown}"]`);
         const next = at && (step < 0 ? at.parentElement.previousElementSibling : at.parentElement.nextElementSibling);
         return next && next.querySelector('[data-key]');
     };
+    const turns = h('span', {class: 'turns'});
     const turnTo = (step, name, text) => {
         const to = neighbour(step);
         return h('a', {class: 'quiet button', href: to ? to.getAttribute('href') : null, 'aria-disabled': to ? null : 'true',
             title: text, 'aria-label': text}, icon(name));
     };
+    const markTurns = () => put(turns, turnTo(-1, 'back', t('newer')), turnTo(1, 'next', t('older')));
+    list.element.addEventListener('loaded', () => {
+        mark();
+        markTurns();
+    });
 
     async function show(id) {
         const mine = ++turn;
@@ -256,9 +261,10 @@ export function split(list, {title, home, open}) {
         if (mine !== turn) {
             return;
         }
-        put(detail, h('div', {class: 'detail-bar'}, h('h2', {}, title(id)), turnTo(-1, 'back', t('newer')), turnTo(1, 'next', t('older')),
+        put(detail, h('div', {class: 'detail-bar'}, h('h2', {}, title(id)), turns,
             h('a', {class: 'quiet button close', href: home(), 'aria-label': t('close'), title: `${t('close')} (Esc)`}, icon('close'))),
             h('div', {class: 'detail-body'}, content));
+        markTurns();
         detail.scrollTop = 0;
         if (before !== id && (focused || before === null || !list.items.contains(document.activeElement))) {
             detail.focus({preventScroll: true});
