@@ -13,7 +13,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -188,10 +187,12 @@ class ApacheVerdicts : public ::testing::Test
         {
             for (const char* name : {"nonce", "opaque"})
             {
-                std::smatch value;
-                if (std::regex_search(line, value, std::regex(std::string("[ ,]") + name + "=\"([^\"]*)\"")))
+                const std::string label = std::string(" ") + name + "=\"";
+                const std::size_t at = line.find(label);
+                if (at != std::string::npos)
                 {
-                    credentials.parameters[name] = value[1];
+                    const std::size_t from = at + label.size();
+                    credentials.parameters[name] = line.substr(from, line.find('"', from) - from);
                 }
             }
         }

@@ -12,7 +12,6 @@
 #include <fstream>
 #include <map>
 #include <random>
-#include <regex>
 #include <set>
 #include <string>
 #include <thread>
@@ -89,13 +88,14 @@ class HostileTest : public ServerTest
     /* Files inside whose names the server has not chosen itself, or that are no allowed name of an upload. */
     std::vector<std::string> strange() const
     {
-        static const std::regex known("(viewlib|exchanges)\\.db(-wal|-shm)?|pictures(/[0-9]+\\.[a-z0-9]+)?|"
-                                      "uploads(/[A-Za-z0-9_-][A-Za-z0-9._-]{0,127})?");
+        const auto known = testing::Matches(
+            testing::MatchesRegex("(viewlib|exchanges)\\.db(-wal|-shm)?|pictures(/[0-9]+\\.[a-z0-9]+)?|"
+                                  "uploads(/[A-Za-z0-9_-][A-Za-z0-9._-]*)?"));
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(m_parent + "/data"))
         {
             const std::string name = entry.path().lexically_relative(m_parent + "/data");
-            if (!std::regex_match(name, known) || std::filesystem::is_symlink(entry.symlink_status()))
+            if (!known(name) || std::filesystem::is_symlink(entry.symlink_status()))
             {
                 names.push_back(name);
             }
@@ -192,7 +192,8 @@ TEST_F(HostileTest, MembersOfOddTypesDoNoHarm)
              R"({"FaceListObject":{"FaceObject":[{"FaceID":"f","SubImageList":{"SubImageInfoObject":[{"Data":@}]}}]}})",
              R"({"KeepaliveObject":{"DeviceID":@}})", R"({"RegisterObject":@})"})
         {
-            const std::string body = std::regex_replace(form, std::regex("@"), value);
+            std::string body = form;
+            body.replace(body.find('@'), 1, value);
             EXPECT_THAT(postRaw("/VIID/Faces", body), AnyOf(200, 400)) << body;
             EXPECT_THAT(postRaw("/VIID/System/Keepalive", body), AnyOf(200, 400)) << body;
         }
