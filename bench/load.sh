@@ -82,6 +82,6 @@ start_nginx
 "$build/bin/bench_load" --name nginx --port "$nginx_port" --seconds $((seconds / 3 > 3 ? seconds / 3 : 3)) \
     --picture samples/portrait.jpg >>"$work/out" || status=1
 grep -v '^rate' "$work/out"
-awk -F '\t' '$1 == "rate" { rate[$2] = $3 } END { printf "  %-10s %.2f of the posts a second that nginx takes and forgets\n", "ratio", rate["viewlibd"] / rate["nginx"] }' "$work/out"
+awk -F '\t' '$1 == "rate" { rate[$2] = $3 } END { printf "  %-10s %.3f of the posts a second that nginx takes and forgets\n", "ratio", rate["viewlibd"] / rate["nginx"] }' "$work/out"
 echo "  on $(nproc) processors, load $(cut -d ' ' -f 1-3 /proc/loadavg), $(du -sm "$work/data" | cut -f 1) MB written"
 exit "$status"
