@@ -43,8 +43,9 @@ void noteTimes(FoundObject& found, const std::string& where, const cJSON* object
         if (time && *time > now + clockTolerance)
         {
             const auto ahead = std::chrono::duration_cast<std::chrono::seconds>(*time - now).count();
-            note(found, "future",
-                 where + "\"" + key + "\" " + text + " lies " + std::to_string(ahead) + " s in the future");
+            std::string sentence = where;
+            sentence.append("\"").append(key).append("\" ").append(text).append(" lies ");
+            note(found, "future", sentence.append(std::to_string(ahead)).append(" s in the future"));
         }
     }
 }

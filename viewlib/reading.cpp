@@ -44,9 +44,13 @@ std::string readPart(std::string_view part, Page& page)
         const bool good =
             parsed.ec == std::errc() && parsed.ptr == value.data() + value.size() && number >= 1 && number <= key.most;
         page.*key.field = good ? number : page.*key.field;
-        return good ? std::string()
-                    : shorten("\"" + name + "\" is \"" + value + "\", expected a whole number from 1 to " +
-                              std::to_string(key.most));
+        std::string fault;
+        if (!good)
+        {
+            fault.append("\"").append(name).append("\" is \"").append(value);
+            fault.append("\", expected a whole number from 1 to ").append(std::to_string(key.most));
+        }
+        return shorten(std::move(fault));
     }
     return shorten("\"" + name + "\" is not known here, only RecordStartNo and PageRecordNum are");
 }
