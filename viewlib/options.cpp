@@ -48,7 +48,7 @@ struct Option
 };
 
 Option number(const char* name, const char* value, const char* help, long long least, long long most,
-              std::function<void(Options&, long long)> set)
+              const std::function<void(Options&, long long)>& set)
 {
     const std::string expected = "a whole number from " + std::to_string(least) + " to " + std::to_string(most);
     const auto apply = [=](Options& options, const std::string& text) {
@@ -63,7 +63,7 @@ Option number(const char* name, const char* value, const char* help, long long l
     return {name, value, help, SettingType::Integer, expected, apply};
 }
 
-Option flag(const char* name, const char* help, std::function<void(Options&, bool)> set)
+Option flag(const char* name, const char* help, const std::function<void(Options&, bool)>& set)
 {
     const char* const expected = "true or false";
     const auto apply = [=](Options& options, const std::string& text) {
@@ -94,7 +94,7 @@ void requireText(const std::string& value)
 
 /* Further demands are made by set, which throws Wrong. */
 Option text(const char* name, const char* value, const char* help,
-            std::function<void(Options&, const std::string&)> set)
+            const std::function<void(Options&, const std::string&)>& set)
 {
     const auto apply = [set](Options& options, const std::string& given) {
         requireText(given);

@@ -100,6 +100,7 @@ std::vector<Setting> readSettings(const std::string& file)
         }
         std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
         std::vector<Setting> settings;
+        settings.reserve(found.size());
         for (auto& [position, setting] : found)
         {
             settings.push_back(std::move(setting));
