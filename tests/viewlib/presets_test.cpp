@@ -3,10 +3,10 @@
 #include "raw_client.h"
 #include "server_fixture.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
-#include <regex>
 #include <set>
 
 using namespace std::chrono_literals;
@@ -175,6 +175,24 @@ const std::set<std::string> others = {
     "reset",
 };
 
+/* With "N" in place of 16 or 32 hexadecimal digits that are the value of a nonce, cnonce or opaque. */
+std::string masked(std::string text)
+{
+    for (const std::string name : {"nonce=\"", "opaque=\""})
+    {
+        for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1))
+        {
+            const std::size_t begin = at + name.size();
+            const std::size_t end = std::min(text.find_first_not_of("0123456789abcdef", begin), text.size());
+            if ((end - begin == 16 || end - begin == 32) && text[end] == '"')
+            {
+                text.replace(begin - 1, end - begin + 2, "N");
+            }
+        }
+    }
+    return text;
+}
+
 class PresetTest : public ServerTest
 {
   protected:
@@ -245,7 +263,7 @@ class PresetTest : public ServerTest
              at = answer.find("WWW-Authenticate: ", at + 1))
         {
             const std::string line = answer.substr(at, answer.find("\r\n", at) - at);
-            found.push_back(std::regex_replace(line, std::regex("(nonce|opaque)=\"[0-9a-f]{16,32}\""), "$1=N"));
+            found.push_back(masked(line));
         }
         return found;
     }
@@ -424,7 +442,8 @@ TEST_F(PresetTest, ANextNonceIsOneToGoOnWith)
     lay("next-nonce");
     EXPECT_EQ(registerWith("admin:viewlib").status, 200);
     const std::string told = server().exchanges().back().answerHeader("Authentication-Info");
-    ASSERT_TRUE(std::regex_match(told, std::regex("nextnonce=\"[0-9a-f]{32}\""))) << told;
+    EXPECT_EQ(told.size(), std::string("nextnonce=\"\"").size() + 32);
+    EXPECT_EQ(masked(told), "nextnonce=N");
     EXPECT_EQ(server().exchanges().at(0).answerHeader("Authentication-Info"), "");
 }
 

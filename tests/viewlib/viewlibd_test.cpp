@@ -312,8 +312,7 @@ TEST_F(ViewlibdTest, NamesTheArgumentThatIsWrong)
          "to 100)"},
         {{"--fault", "* 101%=gzip"},
          "--fault \"* 101%=gzip\": \"101%\" is neither xN (the next N requests, 1 to 1000000) nor N% (a share of them, "
-         "1 to "
-         "100)"},
+         "1 to 100)"},
         {{"--https=yes"}, "--https \"yes\": expected true or false"},
         {{"--unknown"}, "unknown argument \"--unknown\""},
         {{"--max-connections", "0"}, "--max-connections \"0\": expected a whole number from 1 to 16384"},
