@@ -231,7 +231,10 @@ void viewlibReaders(const std::string& input)
     const viewlib::Json tree = viewlib::parseJson(input);
     if (tree)
     {
-        viewlib::findObjects(tree.get(), true);
+        viewlib::Strict strict;
+        strict.lineBreaks = false;
+        strict.documents = true;
+        viewlib::findObjects(tree.get(), strict, {});
         const viewlib::Json again = viewlib::parseJson(input);
         viewlib::findLogEvents(again.get());
     }
