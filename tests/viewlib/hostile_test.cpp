@@ -20,7 +20,6 @@
 using namespace std::chrono_literals;
 using testing::AnyOf;
 using testing::ElementsAre;
-using testing::Eq;
 using testing::HasSubstr;
 
 namespace
@@ -149,7 +148,7 @@ TEST_F(HostileTest, MalformedJsonIsRefused)
         "{\"FaceListObject\":\"open}",
         std::string("\0", 1),
         std::string("\0{}", 3),
-        "\xFF\xFE{\0}\0",
+        std::string("\xFF\xFE{\0}\0", 6),
         repeated("[", 100000),
         repeated("{\"a\":", 100000),
         repeated("[", 100000) + repeated("]", 100000),
