@@ -564,7 +564,8 @@ FaultRule ruleFromJson(const cJSON* tree)
     {
         throw std::invalid_argument(R"(a rule needs "Preset" or "Answer")");
     }
-    FaultRule rule = cJSON_IsString(presetName) ? preset(presetName->valuestring) : FaultRule();
+    const char* const name = cJSON_GetStringValue(presetName);
+    FaultRule rule = name != nullptr ? preset(name) : FaultRule();
     rule.count.reset(); /* a preset's is what it proposes */
     rule.share.reset();
     readMembers("", tree, ruleMembers(), rule);
