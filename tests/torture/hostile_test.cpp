@@ -471,7 +471,11 @@ class Hostile : public testing::TestWithParam<Case>
     }
 };
 
+#ifdef REAL_TIMEOUTS /* two programs of one folder, whose tests need names of their own */
+INSTANTIATE_TEST_SUITE_P(SlowServers, Hostile, testing::ValuesIn(cases()), nameOf);
+#else
 INSTANTIATE_TEST_SUITE_P(Servers, Hostile, testing::ValuesIn(cases()), nameOf);
+#endif
 
 TEST_P(Hostile, GetsTheStatedResult)
 {
