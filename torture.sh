@@ -79,7 +79,8 @@ faults() {
 }
 
 hostile() {
-    build build-torture -DCMAKE_BUILD_TYPE=Release -- hostile_test hostile_slow_test
+    build build-torture -DCMAKE_BUILD_TYPE=Release -- hostile_test hostile_slow_test fault_matrix_test
+    gtest "faults met in the field" build-torture/bin/fault_matrix_test '^faults: .*, ([0-9]+ cases)'
     gtest "hostile servers" build-torture/bin/hostile_test
     build build-torture-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPUBSEC_SANITIZE=address,undefined -- \
         torture_test hostile_test
