@@ -252,6 +252,11 @@ viewlib::FaultRule ruleOf(const viewlib::Preset& preset)
     {
         *delay = std::min(*delay, kDelay);
     }
+    if (!rule.answer.trailing.empty())
+    {
+        /* Whether it is seen before the connection is used again is a matter of luck. */
+        rule.answer.with("Connection", "close");
+    }
     for (std::uint64_t* rate : {&rule.answer.bytesPerSecond, &rule.answer.requestBytesPerSecond})
     {
         *rate = *rate == 0 ? 0 : std::max(*rate, kBytesPerSecond);
