@@ -84,7 +84,8 @@ TEST_F(ConfigTest, ALockThatCannotBeTakenIsDoneWithout)
 TEST_F(ConfigTest, ALockThatCouldNotBeMadeIsMadeLater)
 {
     const TPubSecPlatRegInfo one = stack::configuration("10.0.0.1", 80);
-    const TAppLockHandle lock = g_hPubSecStackCommonLock;
+    static TAppLockHandle madeAtLoad; /* a lock cannot be given back: the new one stays in its place */
+    madeAtLoad = g_hPubSecStackCommonLock;
     g_hPubSecStackCommonLock = nullptr;
     fake_platform::fail(Function::kLockCreate, 0);
     EXPECT_EQ(PubSecStackUpdateRegisterInfo(0, &one), 50u);
@@ -94,9 +95,9 @@ TEST_F(ConfigTest, ALockThatCouldNotBeMadeIsMadeLater)
 
     EXPECT_EQ(PubSecStackUpdateRegisterInfo(1, &one), 50u);
     EXPECT_NE(g_hPubSecStackCommonLock, nullptr);
+    EXPECT_NE(g_hPubSecStackCommonLock, madeAtLoad);
     EXPECT_EQ(fake_platform::lockTakes(), 1u);
     EXPECT_EQ(fake_platform::lockGives(), 1u);
-    g_hPubSecStackCommonLock = lock;
 }
 
 TEST_F(ConfigTest, TheLastConfigurationCounts)
