@@ -29,7 +29,7 @@ constexpr u32 c_nonMotorContent = 2;
 constexpr u32 c_faceContent = 5;
 constexpr u32 c_otherContent = 99;
 
-constexpr std::size_t c_videoSize = 300 * 1024;
+constexpr std::size_t c_videoSize = std::size_t{300} * 1024;
 constexpr u32 c_cutAt = 128 * 1024;
 
 /* What the tour writes into records is its own, so a text that does not fit is a mistake in here. */
