@@ -72,7 +72,7 @@ MHD_Response* streamResponse(Listener& listener, const Answer& answer)
         MHD_create_response_from_callback(declared, blockSize, readStream, stream.get(), freeStream);
     if (response != nullptr)
     {
-        stream.release(); /* freeStream has it now */
+        static_cast<void>(stream.release()); /* freeStream has it now */
         if (answer.framing == Framing::UntilClose)
         {
             MHD_set_response_options(response, MHD_RF_HTTP_1_0_COMPATIBLE_STRICT, MHD_RO_END);
