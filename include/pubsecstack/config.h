@@ -78,7 +78,8 @@ PUBSEC_API void PubSecStackUnInit(void);
 /*
  * Hands over a platform's configuration, whole; the register loop takes it into force on its next pass, within about a
  * second. A changed identity (device, address, port, user, password, https, enable) unregisters and registers anew; a
- * changed keepalive or clock period alone re-arms that timer (a clock period that was 0 starts at the next registration). May be called before PubSecStackInit.
+ * changed keepalive or clock period alone re-arms that timer (a clock period that was 0 starts at the next
+ * registration). May be called before PubSecStackInit.
  *
  * nPlatform   0 or 1; with any other number nothing is written
  * ptInfo      copied; null writes nothing

@@ -11,8 +11,8 @@
  *   returns     PUBSEC_OK                    HTTP 200 to 299
  *               PUBSEC_ERR_NOT_REGISTERED    nothing was sent; the register loop is at it, post again later
  *               PUBSEC_ERR_FAILED            null record, identifier or body, or no memory for the document (nothing was
- *                                            sent), or an HTTP
- *                                            status that is named nowhere here (409 and 500 among them)
+ *                                            sent), or an HTTP status that is named nowhere here (409 and 500 among
+ *                                            them)
  *               PUBSEC_ERR_HEADERS           no memory for the header list; nothing was sent (PubSecPostImageFace
  *                                            goes on without one)
  *               PUBSEC_ERR_REDIRECTED        HTTP 300 to 399; posts follow no redirects

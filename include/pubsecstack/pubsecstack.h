@@ -9,8 +9,7 @@
  *     PubSecPostImageFace(0, &tFace, 1);
  *
  * Records are plain and of fixed layout; fill them from all zeros, and set numbers that are written "unless -1"
- * (image.h) to -1 where there is none. Texts are NUL-terminated; one that fills its field
- * needs no terminator.
+ * (image.h) to -1 where there is none. Texts are NUL-terminated; one that fills its field needs no terminator.
  */
 #ifndef PUBSECSTACK_PUBSECSTACK_H
 #define PUBSECSTACK_PUBSECSTACK_H

@@ -25,7 +25,8 @@ typedef struct
  *
  * Returns PUBSEC_OK; PUBSEC_ERR_TIME_QUERY for an answer other than 200 or 201, for a failed transfer (in practice)
  * and, with nothing sent, for a number that is no platform; PUBSEC_ERR_FAILED for an answer that cannot be read or a
- * null ptTime; PUBSEC_ERR_TRANSFER for one that was read whole before its transfer failed; PUBSEC_ERR_CURL_INIT; PUBSEC_ERR_HEADERS. Blocks for one exchange, 30 seconds at most. Any thread.
+ * null ptTime; PUBSEC_ERR_TRANSFER for one that was read whole before its transfer failed; PUBSEC_ERR_CURL_INIT;
+ * PUBSEC_ERR_HEADERS. Blocks for one exchange, 30 seconds at most. Any thread.
  */
 PUBSEC_API u32 PubSecGetSystemTimeMsg(u32 dwPlatform, TPubSecSystemTime* ptTime);
 

@@ -104,6 +104,28 @@ TEST_P(UnchangedTest, EncodersOnlyRead)
 INSTANTIATE_TEST_SUITE_P(Records, UnchangedTest, testing::ValuesIn(records::AllCases()),
                          [](const testing::TestParamInfo<Case>& parameter) { return parameter.param.name; });
 
+/* The object is the caller's and may be printed when the record, and what it points to, is gone. */
+TEST(Memory, TheTextsAreTheObjectsOwn)
+{
+    TPubSecSubImageInfo image = {};
+    char data[] = "Zm9v";
+    const auto encode = [&](cJSON* object) {
+        std::memset(&image, 0, sizeof(image));
+        std::memcpy(image.achImageID, "34020000001190000001", 20);
+        image.pchData = data;
+        _PubSecSubImgObjJson(object, &image);
+    };
+    const std::string kept = records::Printed(encode);
+    EXPECT_NE(kept.find("\"ImageID\":\"34020000001190000001\""), std::string::npos);
+    EXPECT_NE(kept.find("\"Data\":\"Zm9v\""), std::string::npos);
+    EXPECT_EQ(records::Printed([&](cJSON* object) {
+                  encode(object);
+                  std::memset(&image, 'x', sizeof(image));
+                  std::memset(data, 'x', sizeof(data) - 1);
+              }),
+              kept);
+}
+
 TEST(Memory, NothingIsAddedWithoutARecordOrAnObject)
 {
     EXPECT_EQ(records::Printed([](cJSON* object) { _PubSecFaceObjListObjJson(object, nullptr); }), "{}");
