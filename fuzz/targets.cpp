@@ -1,17 +1,21 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "fuzz/targets.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include <cjson/cJSON.h>
 
 #include "core/core.h"
 #include "core/http.h"
+#include "core/json_tree.h"
 #include "objects/documents.h"
 #include "post/transfer_state.h"
 #include "session/session.h"
@@ -221,6 +225,94 @@ void records(const std::string& input)
     hostTree(std::move(from));
 }
 
+/* Members as the input says, made by the library and by cJSON alone. */
+class TwoTrees
+{
+  public:
+    explicit TwoTrees(const std::string& input)
+    {
+        size_t at = 0;
+        while (at < input.size() && m_texts.size() < 3)
+        {
+            const auto kind = static_cast<unsigned char>(input[at++]);
+            const std::string part = input.substr(at, kind % 64);
+            at += part.size();
+            if (kind < 128)
+            {
+                addNumber(part, kind % 2 == 0);
+            }
+            else
+            {
+                addText(part, kind >= 192);
+            }
+        }
+    }
+
+    ~TwoTrees()
+    {
+        cJSON_Delete(m_cjson);
+    }
+
+    TwoTrees(const TwoTrees&) = delete;
+    TwoTrees& operator=(const TwoTrees&) = delete;
+
+    void comparePrinted()
+    {
+        expectSame(PubSecJsonPrint(m_library));
+    }
+
+    /* A host's tree owns its texts: it is printed when ours are gone. */
+    void compareOwned()
+    {
+        PubSecJsonOwnAfter(m_library, nullptr);
+        m_texts.clear();
+        expectSame(cJSON_PrintUnformatted(m_library));
+        cJSON_Delete(m_library);
+    }
+
+  private:
+    void addNumber(const std::string& bytes, bool isWhole)
+    {
+        double value = 0;
+        int64_t whole = 0;
+        std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof(value)));
+        std::memcpy(&whole, bytes.data(), std::min(bytes.size(), sizeof(whole)));
+        value = isWhole ? static_cast<double>(whole) : value;
+        PubSecJsonAddNumber(m_library, "n", value);
+        cJSON_AddNumberToObject(m_cjson, "n", value);
+    }
+
+    void addText(std::string text, bool isLong)
+    {
+        while (isLong && !text.empty() && text.size() < 4000)
+        {
+            text.insert(0, text.size(), 'a');
+            text += text;
+        }
+        m_texts.push_back(std::make_unique<std::string>(std::move(text)));
+        PubSecJsonAddText(m_library, "t", m_texts.back()->c_str());
+        cJSON_AddStringToObject(m_cjson, "t", m_texts.back()->c_str());
+    }
+
+    void expectSame(char* text)
+    {
+        char* const expected = cJSON_PrintUnformatted(m_cjson);
+        demand(text != nullptr && std::strcmp(text, expected) == 0, "the text that cJSON prints");
+        cJSON_free(text);
+        cJSON_free(expected);
+    }
+
+    cJSON* m_library = cJSON_CreateObject();
+    cJSON* m_cjson = cJSON_CreateObject();
+    std::vector<std::unique_ptr<std::string>> m_texts; /* stay where they are until both trees are printed */
+};
+
+void tree(const std::string& input)
+{
+    TwoTrees(input).comparePrinted();
+    TwoTrees(input).compareOwned();
+}
+
 #ifdef FUZZ_VIEWLIB
 /* The development server's readers: of credentials, of base64 and of documents. */
 void viewlibReaders(const std::string& input)
@@ -246,7 +338,7 @@ void viewlibReaders(const std::string& input)
 
 const Target kTargets[] = {
     {"status", status},          {"keepalive", keepalive}, {"time", time},       {"transfer", transfer},
-    {"location", location},      {"address", address},     {"records", records},
+    {"location", location},      {"address", address},     {"records", records}, {"tree", tree},
 #ifdef FUZZ_VIEWLIB
     {"viewlib", viewlibReaders},
 #endif
