@@ -7,6 +7,7 @@
 #include "core/state.h"
 #include "tests/documents/document.h"
 #include "tests/support/fake_platform_fixture.h"
+#include "tests/support/host_tree.h"
 
 namespace
 {
@@ -292,6 +293,7 @@ TEST_F(HostTrees, NotificationsFollowWhatTheHostHasThere)
     EXPECT_EQ(text(), R"({"mine":1,"DispositionNotificationObject":)" + notificationText("A1") +
                           R"(,"DispositionNotificationListObject":{"DispositionNotificationObject":[)" +
                           notificationText("A1") + "]}}");
+    EXPECT_EQ(extraordinaryIn(tree), "");
 }
 
 TEST_F(HostTrees, TheFormOfADispositionListIsIgnored)
@@ -302,6 +304,7 @@ TEST_F(HostTrees, TheFormOfADispositionListIsIgnored)
         renew();
         EXPECT_EQ(PubSecDispositionListObjectStructToJsonObject(tree, form, 1, entries), 50u);
         EXPECT_EQ(text(), R"({"DispositionListObject":[)" + wholeEntryText() + "]}") << form;
+        EXPECT_EQ(extraordinaryIn(tree), "");
     }
     renew();
     EXPECT_EQ(PubSecDispositionListObjectStructToJsonObject(tree, 0, 2, entries), 50u);
@@ -448,6 +451,7 @@ struct KindsInTrees : testing::TestWithParam<Kind>
 
     std::string text()
     {
+        EXPECT_EQ(extraordinaryIn(tree), "");
         return textOf(cJSON_PrintUnformatted(tree));
     }
 

@@ -8,6 +8,8 @@
 #include <cjson/cJSON.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/host_tree.h"
+
 namespace records
 {
 
@@ -299,6 +301,7 @@ std::string Printed(const std::function<void(cJSON*)>& encode)
 {
     cJSON* object = cJSON_CreateObject();
     encode(object);
+    EXPECT_EQ(extraordinaryIn(object), "");
     char* printed = cJSON_PrintUnformatted(object);
     cJSON_Delete(object);
     std::string text = printed != nullptr ? printed : "nothing printed";
