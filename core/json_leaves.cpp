@@ -55,24 +55,6 @@ inline bool IsPlain(const char* pchText, size_t length)
     return byToEscape == 0;
 }
 
-/* Whether the text can stand in a document as it is; then also its length. */
-bool MeasurePlain(const char* pchText, size_t* pLength)
-{
-    const char* pchPiece = pchText;
-    size_t length = strnlen(pchPiece, c_piece);
-    while (length == c_piece)
-    {
-        if (!IsPlain(pchPiece, c_piece))
-        {
-            return false;
-        }
-        pchPiece += c_piece;
-        length = strnlen(pchPiece, c_piece);
-    }
-    *pLength = static_cast<size_t>(pchPiece - pchText) + length;
-    return IsPlain(pchPiece, length);
-}
-
 /* The node keeps what else its type says, about its key. */
 void BecomeOwn(cJSON* ptNode, int nType, char* pchText)
 {
@@ -125,10 +107,26 @@ cJSON* PubSecJsonNewNumber(double dValue)
     return ptNode;
 }
 
-cJSON* PubSecJsonNewLongText(const char* pchText)
+bool PubSecJsonMeasurePlain(const char* pchText, size_t* pLength)
 {
-    size_t length = 0;
-    cJSON* ptNode = MeasurePlain(pchText, &length) ? PubSecJsonNewLeaf(cJSON_Raw, sizeof(TPubSecLongText)) : nullptr;
+    const char* pchPiece = pchText;
+    size_t length = strnlen(pchPiece, c_piece);
+    while (length == c_piece)
+    {
+        if (!IsPlain(pchPiece, c_piece))
+        {
+            return false;
+        }
+        pchPiece += c_piece;
+        length = strnlen(pchPiece, c_piece);
+    }
+    *pLength = static_cast<size_t>(pchPiece - pchText) + length;
+    return IsPlain(pchPiece, length);
+}
+
+cJSON* PubSecJsonNewLongText(const char* pchText, size_t length)
+{
+    cJSON* ptNode = PubSecJsonNewLeaf(cJSON_Raw, sizeof(TPubSecLongText));
     if (ptNode != nullptr)
     {
         TPubSecLongText* ptLong = reinterpret_cast<TPubSecLongText*>(ptNode + 1);

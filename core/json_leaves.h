@@ -16,7 +16,7 @@ cJSON* PubSecJsonNewLeaf(int nType, size_t size);
 /* A number, as digits where cJSON would print it as such. */
 cJSON* PubSecJsonNewNumber(double dValue);
 
-/* Texts from this length on are looked at for whether they can stand in the document as they are. */
+/* From this length on it is worth looking whether a text needs no escaping. */
 constexpr size_t PUBSEC_JSON_LONG_TEXT = 4096;
 
 /*
@@ -32,8 +32,10 @@ struct TPubSecLongText
     size_t length;
 };
 
-/* Null when the text holds a character that has to be escaped, or there is no memory. */
-cJSON* PubSecJsonNewLongText(const char* pchText);
+/* Whether a text can stand in a document as it is, and then its length. */
+bool PubSecJsonMeasurePlain(const char* pchText, size_t* pLength);
+
+cJSON* PubSecJsonNewLongText(const char* pchText, size_t length);
 
 /* What a node stands for, null where it is no long text. */
 const TPubSecLongText* PubSecJsonLongText(const cJSON* ptNode);

@@ -22,9 +22,10 @@ cJSON* AddNode(cJSON* ptObject, const char* pchKey, cJSON* ptNode)
 /* Refers to a text that is terminated. */
 cJSON* NewText(const char* pchText)
 {
-    const bool bLong = pchText != nullptr && strnlen(pchText, PUBSEC_JSON_LONG_TEXT) == PUBSEC_JSON_LONG_TEXT;
-    cJSON* ptNode = bLong ? PubSecJsonNewLongText(pchText) : nullptr;
-    return ptNode != nullptr ? ptNode : cJSON_CreateStringReference(pchText);
+    size_t length = 0;
+    const bool bLong = pchText != nullptr && strnlen(pchText, PUBSEC_JSON_LONG_TEXT) == PUBSEC_JSON_LONG_TEXT &&
+                       PubSecJsonMeasurePlain(pchText, &length);
+    return bLong ? PubSecJsonNewLongText(pchText, length) : cJSON_CreateStringReference(pchText);
 }
 
 bool OwnLeaves(cJSON* ptFirst)

@@ -26,7 +26,7 @@ struct Records
 {
     Records()
     {
-        std::memset(device.achDeviceID, 'd', sizeof(device.achDeviceID)); /* has no terminator, so it is copied */
+        std::memset(device.achDeviceID, 'd', sizeof(device.achDeviceID)); /* has no terminator */
         documents.ptVideoSlice = &someSlice;
         documents.ptFile = &someFile;
         documents.ptFace = &someFace;
@@ -86,6 +86,12 @@ std::vector<Builder> builders()
         {"VideoSlice", [&] { return _PubSecVideoSliceGatherJSON(&from.documents); }, {"VideoSliceListObject"}},
         {"File", [&] { return _PubSecFileGatherJSON(&from.documents); }, {"FileListObject"}},
         {"VideoData", [] { return _PubSecVideoDataJSON("QUJD"); }, {"VideoDataObject"}},
+        {"LongVideoData",
+         [] {
+             static const std::string data(10000, 'A');
+             return _PubSecVideoDataJSON(data.c_str());
+         },
+         {"VideoDataObject"}},
         {"IllegalRecord", [&] { return _PubSecIllegalRecordJson(&from.violation); }, {"IllegalRecordListObject"}},
         {"IllegalRecordEx",
          [&] { return _PubSecIllegalRecordJsonEx(1, &from.violation); },
