@@ -155,13 +155,9 @@ class Text
 
 /* ------------------------------------------------------------------------------------------------- one at a time */
 
-/* What cJSON alone takes: nodes that refer to a face's texts, printed where there is room, and an answer read. */
+/* What cJSON alone takes: nodes that refer to a face's texts, printed where there is room. */
 void useCjson(const TPubSecFaceObjInfo& record)
 {
-    static constexpr char kAnswer[] =
-        "{\"ResponseStatusListObject\":{\"ResponseStatusObject\":[{\"Id\":"
-        "\"34020000001190000001022026112112480000001\","
-        "\"LocalTime\":\"20261121124800\",\"RequestURL\":\"/VIID/Faces\",\"StatusCode\":0,\"StatusString\":\"OK\"}]}}";
     cJSON* const root = cJSON_CreateObject();
     for (int member = 0; member < 26; ++member)
     {
@@ -173,7 +169,6 @@ void useCjson(const TPubSecFaceObjInfo& record)
         fail("cJSON cannot print a face");
     }
     cJSON_Delete(root);
-    cJSON_Delete(cJSON_Parse(kAnswer));
 }
 
 struct FacePost

@@ -65,11 +65,17 @@ u32 ReadRefusal(const TPubSecPostRun* ptRun, const char* pchStatus, u32 dwRet)
     return dwRet;
 }
 
+/* The answer's text has no bearing on the result: it is read for the caller, or for the log. */
+bool IsAnswerSeen(const TPubSecPostRun* ptRun)
+{
+    return ptRun->ptPost->pchStatus != nullptr || PubSecLoad(g_ePubSecStackLogLevel) != 0;
+}
+
 u32 ReadOutcome(TPubSecPostRun* ptRun, CURL* ptHandle)
 {
     const bool bReads = Has(ptRun, PUBSEC_POST_READS_ANSWER);
     char achStatus[PUBSEC_STATUS_TEXT_SIZE] = {};
-    if (bReads)
+    if (bReads && IsAnswerSeen(ptRun))
     {
         TRACE(ptRun, 4);
         if (_PubSecParseSerData(ptRun->tSink.pchBuf, achStatus) == 0)
