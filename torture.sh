@@ -119,17 +119,20 @@ one_target() {
     promise "fuzzing \"$1\"" "${tried:-0} inputs" "$failed" "$log"
 }
 
-# As many at a time as there are processors, those that take longest first.
+# Every target that has a corpus, as many at a time as there are processors.
 fuzz() {
-    local targets=(viewlib status keepalive time transfer location address) target pids=() pid
+    local targets=(fuzz/corpus/*) target count pids=() pid
+    targets=("${targets[@]##*/}")
     CC=clang CXX=clang++ build build-torture-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPUBSEC_BUILD_FUZZ=ON \
         -DPUBSEC_BUILD_TESTS=OFF -DPUBSEC_BUILD_EXAMPLES=OFF \
-        -DPUBSEC_SANITIZE=fuzzer-no-link,address,undefined -- "${targets[@]/#/fuzz_}" fuzz_records
-    for target in records "${targets[@]}"; do
+        -DPUBSEC_SANITIZE=fuzzer-no-link,address,undefined -- "${targets[@]/#/fuzz_}"
+    for target in "${targets[@]}"; do
         while [ "$(jobs -rp | wc -l)" -ge "$jobs" ]; do
             sleep 1
         done
-        ( [ "$target" = records ] && runs=$records; one_target "$target" "$runs"; exit "$status" ) &
+        count=$runs
+        [ "$target" != records ] || count=$records
+        { one_target "$target" "$count"; exit "$status"; } &
         pids+=($!)
     done
     for pid in "${pids[@]}"; do
@@ -137,20 +140,20 @@ fuzz() {
     done
 }
 
-# flat TEST UNIT: what was held after the first sample and after the last one, and how much was done in between.
+# flat TEST UNIT: how much was done, and what was held after the first part of it and after the last.
 flat() {
-    local log=$logs/soak.log samples failed=0
+    local log=$logs/soak.log samples tried failed=0
     samples=$(sed -n "/RUN .*Soak\.$1\$/,/\(OK\|FAILED\) .*Soak\.$1 /p" "$log" | grep '^ *after ' || true)
+    tried=$(sed -nE '$s/^ *after *([0-9]+):.*/\1/p' <<<"$samples")
     grep -q "\[       OK \] Soak\.$1 " "$log" || failed=1
-    promise "memory, descriptors and threads stay flat" \
-        "$(tail -n 1 <<<"$samples" | sed -E 's/^ *after *([0-9]*).*/\1/') $2" "$failed" "$log"
-    sed -n '1p;$p' <<<"$samples"
+    promise "memory, descriptors and threads stay flat" "${tried:-0} $2" "$failed" "$log"
+    sed -n '/./{1p;1!{$p}}' <<<"$samples"
 }
 
 soak() {
     build build-torture -DCMAKE_BUILD_TYPE=Release -- soak_test
     SOAK_POSTS=${SOAK_POSTS:-5000000} SOAK_CYCLES=${SOAK_CYCLES:-50000} \
-        build-torture/bin/soak_test >"$logs/soak.log" 2>&1 || status=1
+        build-torture/bin/soak_test >"$logs/soak.log" 2>&1 || { status=1; echo "torture.sh: soak_test failed" >&2; }
     flat PostsLeaveNothingBehind posts
     flat RegistrationsLeaveNothingBehind registrations
 }
