@@ -17,12 +17,10 @@
 #include <viewlib/fault.h>
 #include <viewlib/server.h>
 
-#include <pubsecstack/pubsecstack.h>
-
 #include "core/state.h"
-#include "session/session.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/stack_test.h"
+#include "tests/torture/exchanges.h"
 #include "tests/torture/silence.h"
 
 using std::chrono::milliseconds;
@@ -64,86 +62,7 @@ namespace
 
 /* -------------------------------------------------------------------------------------------------- the exchanges */
 
-constexpr const char* kDevice = "34020000001190000001";
-
 std::unique_ptr<viewlib::Server> s_server;
-std::string s_file;
-
-TPubSecPlatRegInfo configuration()
-{
-    return stack::configuration("127.0.0.1", s_server->port());
-}
-
-u32 registration()
-{
-    const TPubSecPlatRegInfo info = configuration();
-    g_bPubSecRegStatus[0] = 0;
-    PubSecStackPostRegister(0, &info);
-    return g_bPubSecRegStatus[0];
-}
-
-u32 directRegistration()
-{
-    const TPubSecPlatRegInfo info = configuration();
-    TPubSecRegParam param;
-    std::memcpy(&param, info.achDeviceID, sizeof(param));
-    return PubSecStackPostRegisterExt(&param);
-}
-
-u32 unregistration()
-{
-    return PubSecPostUserUnRegisterMsg(0);
-}
-
-u32 keepalive()
-{
-    return _PubSecPostUserKeepAliveMsg(0);
-}
-
-u32 clockQuery()
-{
-    TPubSecSystemTime time = {};
-    return PubSecGetSystemTimeMsg(0, &time);
-}
-
-/* Reads the answer, and has a code of its own for 400. */
-u32 picture()
-{
-    TPubSecImageObjInfo info = {};
-    TPubSecIntelliPicObj one = {};
-    stack::put(info.achImageID, "34020000001190000001022024022923595900001");
-    stack::put(info.achDeviceID, kDevice);
-    one.nImageNum = 1;
-    one.ptImageInfo = &info;
-    char status[PUBSEC_STATUS_SIZE];
-    return PubSecPostImage(0, &one, status);
-}
-
-u32 face()
-{
-    TPubSecFaceObjInfo one = {};
-    stack::put(one.achFaceID, "340200000011900000010220240229235959000010600001");
-    return PubSecPostImageFace(0, &one, 1);
-}
-
-/* Leaves the answer. */
-u32 gps()
-{
-    TPubSecGpsInfo one = {};
-    return PubSecPostGpsInfo(0, &one);
-}
-
-u32 upload()
-{
-    return PubSecCurlUpLoadFile(s_server->url("/VIID/Upload/file?position=0").c_str(), s_file.c_str(), 0);
-}
-
-u32 transferState()
-{
-    TPubSecTransDataInf info = {};
-    u32 code = 0;
-    return PubSecGetTransDataInf(0, &info, s_server->url("/VIID/Upload/file").c_str(), &code);
-}
 
 struct Exchange
 {
@@ -152,16 +71,16 @@ struct Exchange
 };
 
 constexpr Exchange kExchanges[] = {
-    {"registration", registration},
-    {"direct registration", directRegistration},
-    {"unregistration", unregistration},
-    {"keepalive", keepalive},
-    {"clock", clockQuery},
-    {"picture", picture},
-    {"face", face},
-    {"GPS", gps},
-    {"upload", upload},
-    {"transfer state", transferState},
+    {"registration", torture::registration},
+    {"direct registration", torture::directRegistration},
+    {"unregistration", torture::unregistration},
+    {"keepalive", torture::keepalive},
+    {"clock", torture::clockQuery},
+    {"picture", torture::picture},
+    {"face", torture::face},
+    {"GPS", torture::gps},
+    {"upload", torture::upload},
+    {"transfer state", torture::transferState},
 };
 
 using Codes = std::vector<u32>;
@@ -273,14 +192,14 @@ class FaultMatrix : public testing::Test
         config.strict.documents = false;
         s_server = std::make_unique<viewlib::Server>(config);
         s_server->start();
-        s_file = testing::TempDir() + "fault-matrix-" + std::to_string(getpid());
-        std::ofstream(s_file) << std::string(5000, 'f');
+        torture::place().port = s_server->port();
+        torture::makeFile(5000);
     }
 
     static void TearDownTestSuite()
     {
         s_server.reset();
-        std::remove(s_file.c_str());
+        torture::removeFile();
     }
 
     void SetUp() override
@@ -294,8 +213,8 @@ class FaultMatrix : public testing::Test
     static u32 codeOf(const Exchange& exchange, const viewlib::FaultRule* rule)
     {
         s_server->clearFaults();
-        s_server->registerDevice(kDevice);
-        g_atPubSecStackGlobalCommon[0] = configuration();
+        g_atPubSecStackGlobalCommon[0] = torture::configuration();
+        s_server->registerDevice(g_atPubSecStackGlobalCommon[0].achDeviceID);
         g_bPubSecRegStatus[0] = 1;
         if (rule != nullptr)
         {
@@ -307,8 +226,11 @@ class FaultMatrix : public testing::Test
         const u32 code = exchange.call();
         EXPECT_LT(steady_clock::now() - start, kPatience) << exchange.name;
         /* Registration tells it; unregistration ends it however it went; nothing else touches it. */
-        const bool registers = exchange.call == registration;
-        EXPECT_EQ(g_bPubSecRegStatus[0], registers ? code : exchange.call == unregistration ? 0u : 1u) << exchange.name;
+        const bool registers = exchange.call == torture::registration;
+        EXPECT_EQ(g_bPubSecRegStatus[0], registers                                  ? code
+                                         : exchange.call == torture::unregistration ? 0u
+                                                                                    : 1u)
+            << exchange.name;
         EXPECT_EQ(fake_platform::locksHeld(), 0u);
         return code;
     }

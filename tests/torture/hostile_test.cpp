@@ -8,16 +8,13 @@
 #include <cstring>
 
 #include <chrono>
-#include <fstream>
 
 #include <gmock/gmock.h>
 
-#include <pubsecstack/pubsecstack.h>
-
 #include "core/state.h"
-#include "session/session.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/stack_test.h"
+#include "tests/torture/exchanges.h"
 #include "tests/torture/faults.h"
 #include "tests/torture/hostile_server.h"
 #include "tests/torture/silence.h"
@@ -67,102 +64,24 @@ enum Outcome
 struct Exchange
 {
     const char* name;
-    u32 (*call)(bool secure);
+    u32 (*call)();
     bool bounded; /* by the overall time-out or the upload's watchdog */
     bool reads;   /* the answer, up to a limit */
     u32 codes[kOutcomes];
 };
 
-u16 s_port;
-std::string s_file;
-
-std::string url(bool secure)
-{
-    return (secure ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(s_port) + "/VIID/any";
-}
-
-TPubSecPlatRegInfo configuration(bool secure)
-{
-    TPubSecPlatRegInfo info = stack::configuration("127.0.0.1", s_port);
-    info.dwHttpsEnable = secure ? 1 : 0;
-    return info;
-}
-
-u32 registration(bool secure)
-{
-    const TPubSecPlatRegInfo info = configuration(secure);
-    g_bPubSecRegStatus[0] = 0;
-    PubSecStackPostRegister(0, &info);
-    return g_bPubSecRegStatus[0];
-}
-
-u32 directRegistration(bool secure)
-{
-    const TPubSecPlatRegInfo info = configuration(secure);
-    TPubSecRegParam param;
-    std::memcpy(&param, info.achDeviceID, sizeof(param));
-    return PubSecStackPostRegisterExt(&param);
-}
-
-u32 unregistration(bool)
-{
-    return PubSecPostUserUnRegisterMsg(0);
-}
-
-u32 keepalive(bool)
-{
-    return _PubSecPostUserKeepAliveMsg(0);
-}
-
-u32 clockQuery(bool)
-{
-    TPubSecSystemTime time = {};
-    return PubSecGetSystemTimeMsg(0, &time);
-}
-
-u32 readingPost(bool)
-{
-    static const TPubSecFaceObjInfo face = {};
-    return PubSecPostImageFace(0, &face, 1);
-}
-
-u32 unboundedPost(bool)
-{
-    TPubSecVideoSliceObj none = {};
-    char status[PUBSEC_STATUS_SIZE];
-    return PubSecPostVideoSlice(0, &none, status);
-}
-
-u32 post(bool)
-{
-    static const TPubSecGpsInfo gps = {};
-    return PubSecPostGpsInfo(0, &gps);
-}
-
-u32 upload(bool secure)
-{
-    return PubSecCurlUpLoadFile(url(secure).c_str(), s_file.c_str(), 0);
-}
-
-u32 transferState(bool secure)
-{
-    TPubSecTransDataInf info = {};
-    u32 code = 0;
-    return PubSecGetTransDataInf(0, &info, url(secure).c_str(), &code);
-}
-
 /* The columns are the outcomes. A registration goes by the status alone, even when the transfer failed behind it. */
 constexpr Exchange kExchanges[] = {
-    {"Registration", registration, true, false, {0, 1, 1, 1, 1, 0, 0}},
-    {"DirectRegistration", directRegistration, true, false, {0, 1, 1, 1, 1, 0, 0}},
-    {"Unregistration", unregistration, true, false, {76, 50, 76, 50, 76, 76, 76}},
-    {"Keepalive", keepalive, true, true, {76, 50, 76, 50, 50, 51, 51}},
-    {"ClockQuery", clockQuery, true, true, {77, 51, 51, 51, 51, 77, 77}},
-    {"ReadingPost", readingPost, true, true, {76, 50, 76, 50, 50, 68, 70}},
-    {"UnboundedPost", unboundedPost, false, true, {76, 50, 76, 50, 50, 68, 70}},
-    {"Post", post, true, false, {76, 50, 76, 50, 76, 68, 70}},
-    {"Upload", upload, true, false, {76, 50, 76, 50, 76, 65, 65}},
-    {"TransferState", transferState, true, true, {76, 50, 76, 50, 50, 68, 70}},
+    {"Registration", torture::registration, true, false, {0, 1, 1, 1, 1, 0, 0}},
+    {"DirectRegistration", torture::directRegistration, true, false, {0, 1, 1, 1, 1, 0, 0}},
+    {"Unregistration", torture::unregistration, true, false, {76, 50, 76, 50, 76, 76, 76}},
+    {"Keepalive", torture::keepalive, true, true, {76, 50, 76, 50, 50, 51, 51}},
+    {"ClockQuery", torture::clockQuery, true, true, {77, 51, 51, 51, 51, 77, 77}},
+    {"ReadingPost", torture::face, true, true, {76, 50, 76, 50, 50, 68, 70}},
+    {"UnboundedPost", torture::slice, false, true, {76, 50, 76, 50, 50, 68, 70}},
+    {"Post", torture::gps, true, false, {76, 50, 76, 50, 76, 68, 70}},
+    {"Upload", torture::upload, true, false, {76, 50, 76, 50, 76, 65, 65}},
+    {"TransferState", torture::transferState, true, true, {76, 50, 76, 50, 50, 68, 70}},
 };
 
 /* ------------------------------------------------------------------------------------------------------- servers */
@@ -426,13 +345,12 @@ class Hostile : public testing::TestWithParam<Case>
     static void SetUpTestSuite()
     {
         faults::install();
-        s_file = testing::TempDir() + "hostile-" + std::to_string(getpid());
-        std::ofstream(s_file) << std::string(5000, 'f');
+        torture::makeFile(5000);
     }
 
     static void TearDownTestSuite()
     {
-        std::remove(s_file.c_str());
+        torture::removeFile();
         std::printf("hostile: %zu servers against %zu kinds of exchange, %d cases\n",
                     std::size(kHarms) + std::size(kHandshakes), std::size(kExchanges),
                     testing::UnitTest::GetInstance()->test_to_run_count());
@@ -454,15 +372,16 @@ class Hostile : public testing::TestWithParam<Case>
     static u32 resultOf(const Case& tried)
     {
         HostileServer server(tried.harm->answer);
-        s_port = server.port();
-        g_atPubSecStackGlobalCommon[0] = configuration(tried.secure);
+        torture::place().port = server.port();
+        torture::place().secure = tried.secure;
+        g_atPubSecStackGlobalCommon[0] = torture::configuration();
         g_bPubSecRegStatus[0] = 1;
         faults::shortenTimeouts(kHurries && waits(*tried.harm, *tried.exchange) ? kShortMs : 0);
         u32 code = 0;
         faults::Result result;
         {
             const Silence noBodies;
-            result = faults::run(0, faults::Mode::once, [&] { code = tried.exchange->call(tried.secure); });
+            result = faults::run(0, faults::Mode::once, [&] { code = tried.exchange->call(); });
         }
         EXPECT_GE(server.connections(), 1u);
         EXPECT_EQ(result.leaks, "");

@@ -10,9 +10,9 @@
 
 #include "core/core.h"
 #include "core/state.h"
-#include "session/session.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/settings.h"
+#include "tests/torture/exchanges.h"
 #include "tests/torture/faults.h"
 #include "tests/torture/records.h"
 
@@ -28,19 +28,6 @@ Records& records()
     return *only;
 }
 
-TPubSecRegParam param()
-{
-    const TPubSecPlatRegInfo info = stack::configuration("127.0.0.1", place().port);
-    TPubSecRegParam made;
-    std::memcpy(&made, info.achDeviceID, sizeof(made));
-    return made;
-}
-
-std::string url()
-{
-    return "http://127.0.0.1:" + std::to_string(place().port) + "/any";
-}
-
 /* ------------------------------------------------------------------------------------------------------- session */
 
 void anyCallback(u32, u32, const TPubSecPlatRegInfo*)
@@ -49,7 +36,7 @@ void anyCallback(u32, u32, const TPubSecPlatRegInfo*)
 
 u32 configure()
 {
-    TPubSecPlatRegInfo info = stack::configuration("127.0.0.1", place().port);
+    TPubSecPlatRegInfo info = configuration();
     info.dwSyncTimeMin = 1;
     return PubSecStackUpdateRegisterInfo(0, &info);
 }
@@ -77,7 +64,7 @@ u32 wholeLife()
         PubSecStackUnInit();
         return PUBSEC_ERR_FAILED;
     }
-    TPubSecPlatRegInfo info = stack::configuration("127.0.0.1", place().port);
+    TPubSecPlatRegInfo info = configuration();
     info.dwSyncTimeMin = 1;
     stack::put(info.achUserName, "another");
     PubSecStackUpdateRegisterInfo(0, &info);
@@ -93,17 +80,9 @@ u32 startAndStop()
     return result;
 }
 
-u32 keepalive()
-{
-    return _PubSecPostUserKeepAliveMsg(0);
-}
-
 u32 registerOnce()
 {
-    const TPubSecPlatRegInfo info = stack::configuration("127.0.0.1", place().port);
-    g_bPubSecRegStatus[0] = 0;
-    PubSecStackPostRegister(0, &info);
-    const u32 status = g_bPubSecRegStatus[0];
+    const u32 status = registration();
     g_bPubSecRegStatus[0] = 1;
     return status;
 }
@@ -111,7 +90,7 @@ u32 registerOnce()
 u32 unregisterOnce()
 {
     g_bPubSecRegStatus[0] = 1;
-    const u32 result = PubSecPostUserUnRegisterMsg(0);
+    const u32 result = unregistration();
     g_bPubSecRegStatus[0] = 1;
     return result;
 }
@@ -139,21 +118,9 @@ std::vector<Operation> session()
              return u32{50};
          }},
         {"PubSecGetRegisterStatus", 1, {}, [] { return PubSecGetRegisterStatus(0); }},
-        {"PubSecGetSystemTimeMsg",
-         50,
-         {51, 60, 75, 76, 77},
-         [] {
-             TPubSecSystemTime time = {};
-             return PubSecGetSystemTimeMsg(0, &time);
-         }},
+        {"PubSecGetSystemTimeMsg", 50, {51, 60, 75, 76, 77}, clockQuery},
         {"PubSecPostUserUnRegisterMsg", 50, {51, 60, 75, 76}, unregisterOnce},
-        {"PubSecStackPostRegisterExt",
-         1,
-         {0},
-         [] {
-             const TPubSecRegParam to = param();
-             return PubSecStackPostRegisterExt(&to);
-         }},
+        {"PubSecStackPostRegisterExt", 1, {0}, directRegistration},
         {"PubSecPostUserUnRegisterMsgExt",
          50,
          {51, 60, 75, 76},
@@ -216,14 +183,7 @@ std::vector<Operation> dataPosts()
          50,
          {65, 75, 76, 79},
          [] { return PubSecCurlUpLoadFile(url().c_str(), place().file.c_str(), 1); }},
-        {"PubSecGetTransDataInf",
-         50,
-         {51, 60, 74, 75, 76},
-         [] {
-             TPubSecTransDataInf info = {};
-             u32 code = 0;
-             return PubSecGetTransDataInf(0, &info, url().c_str(), &code);
-         }},
+        {"PubSecGetTransDataInf", 50, {51, 60, 74, 75, 76}, transferState},
         {"PubSecStackGetUploadPartParam",
          50,
          {},
@@ -593,12 +553,6 @@ std::vector<Operation> copiesAndReleases()
 }
 
 } // namespace
-
-Place& place()
-{
-    static Place only;
-    return only;
-}
 
 const std::vector<Operation>& operations()
 {

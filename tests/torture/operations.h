@@ -3,26 +3,15 @@
 #ifndef PUBSEC_TESTS_TORTURE_OPERATIONS_H
 #define PUBSEC_TESTS_TORTURE_OPERATIONS_H
 
-#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <set>
-#include <string>
 #include <vector>
 
 #include <pubsecstack/types.h>
 
 namespace torture
 {
-
-/* Where the calls go, and a file of some blocks that they may read. */
-struct Place
-{
-    std::uint16_t port = 0;
-    std::string file;
-};
-
-Place& place();
 
 struct Operation
 {

@@ -5,8 +5,6 @@
  *
  * PUBSEC_TORTURE_STEP=1 in the environment fails every point; by default each seventh is tried.
  */
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -22,6 +20,7 @@
 #include "public_headers.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/stack_test.h"
+#include "tests/torture/exchanges.h"
 #include "tests/torture/faults.h"
 #include "tests/torture/hostile_server.h"
 #include "tests/torture/operations.h"
@@ -81,7 +80,7 @@ void reset()
 {
     fake_platform::reset();
     stack::clear();
-    g_atPubSecStackGlobalCommon[0] = stack::configuration("127.0.0.1", torture::place().port);
+    g_atPubSecStackGlobalCommon[0] = torture::configuration();
     g_atPubSecStackGlobalCommon_New[0] = g_atPubSecStackGlobalCommon[0];
     g_bPubSecRegStatus[0] = 1;
     _SetPubSecStaLogLvl(4);
@@ -94,15 +93,15 @@ class Torture : public testing::TestWithParam<Operation>
     {
         faults::install();
         s_server = new HostileServer(serve);
-        torture::place() = {s_server->port(), testing::TempDir() + "torture-" + std::to_string(getpid())};
-        std::ofstream(torture::place().file) << std::string(3000, 'f');
+        torture::place().port = s_server->port();
+        torture::makeFile(3000);
     }
 
     static void TearDownTestSuite()
     {
         delete s_server;
         s_server = nullptr;
-        std::remove(torture::place().file.c_str());
+        torture::removeFile();
         std::printf("torture: %zu operations, %zu points, %zu calls with something failing\n", s_tally.operations,
                     s_tally.points, s_tally.runs);
     }
