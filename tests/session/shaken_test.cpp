@@ -10,11 +10,11 @@
  */
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <thread>
 
 #include "core/platform_table.h"
+#include "tests/support/environment.h"
 #include "tests/support/session_fixture.h"
 #include "tests/support/session_storm.h"
 #include "tests/torture/silence.h"
@@ -184,12 +184,6 @@ extern "C"
 
 namespace
 {
-
-u32 numberFrom(const char* variable, u32 otherwise)
-{
-    const char* const text = std::getenv(variable);
-    return text != nullptr ? static_cast<u32>(std::strtoul(text, nullptr, 10)) : otherwise;
-}
 
 /* Takes its time, and sometimes leaves the session that it is told of. */
 void hearShaken(u32 platform, u32 status, const TPubSecPlatRegInfo*)
@@ -408,8 +402,9 @@ TEST_P(SessionShaken, EndsWithOneChainEach)
 }
 
 INSTANTIATE_TEST_SUITE_P(Seed, SessionShaken,
-                         testing::Range(numberFrom("PUBSEC_SHAKES_FROM", 1),
-                                        numberFrom("PUBSEC_SHAKES_FROM", 1) + numberFrom("PUBSEC_SHAKES", 4)),
+                         testing::Range(numberFromEnvironment("PUBSEC_SHAKES_FROM", 1),
+                                        numberFromEnvironment("PUBSEC_SHAKES_FROM", 1) +
+                                            numberFromEnvironment("PUBSEC_SHAKES", 4)),
                          [](const auto& parameter) { return std::to_string(parameter.param); });
 
 } // namespace

@@ -8,11 +8,11 @@
  */
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <thread>
 
 #include <pubsecplatform_posix.h>
 
+#include "tests/support/environment.h"
 #include "tests/support/session_real.h"
 #include "tests/support/session_storm.h"
 
@@ -63,8 +63,7 @@ class SessionStress : public RealSession
 
     static seconds duration()
     {
-        const char* const text = std::getenv("PUBSEC_STORM_SECONDS");
-        return seconds(text != nullptr ? std::strtol(text, nullptr, 10) : 3);
+        return seconds(numberFromEnvironment("PUBSEC_STORM_SECONDS", 3));
     }
 
     static void changeLevel(u32 random)

@@ -5,7 +5,6 @@
  */
 #include <algorithm>
 #include <cinttypes>
-#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -14,6 +13,7 @@
 
 #include "tests/soak/usage.h"
 #include "tests/soak/view_library.h"
+#include "tests/support/environment.h"
 #include "tests/support/session_records.h"
 #include "tests/torture/records.h"
 #include "tests/torture/silence.h"
@@ -52,12 +52,6 @@ constexpr bool kMeasuresMemory = false;
 #else
 constexpr bool kMeasuresMemory = true;
 #endif
-
-unsigned countFrom(const char* variable, unsigned otherwise)
-{
-    const char* const text = std::getenv(variable);
-    return text != nullptr ? static_cast<unsigned>(std::strtoul(text, nullptr, 10)) : otherwise;
-}
 
 class Soak : public testing::Test
 {
@@ -187,7 +181,7 @@ TEST_F(Soak, PostsLeaveNothingBehind)
 {
     constexpr unsigned kThreads = 2;
     constexpr unsigned kParts = 20;
-    const unsigned part = std::max(1u, countFrom("SOAK_POSTS", 200000) / kThreads / kParts);
+    const unsigned part = std::max(1u, numberFromEnvironment("SOAK_POSTS", 200000) / kThreads / kParts);
     const Silence silence;
     const torture::Source everything = torture::everything();
     torture::Records records[kThreads] = {torture::Records(everything), torture::Records(everything)};
@@ -222,7 +216,7 @@ TEST_F(Soak, PostsLeaveNothingBehind)
 TEST_F(Soak, RegistrationsLeaveNothingBehind)
 {
     constexpr unsigned kParts = 20;
-    const unsigned part = std::max(1u, countFrom("SOAK_CYCLES", 2000) / kParts);
+    const unsigned part = std::max(1u, numberFromEnvironment("SOAK_CYCLES", 2000) / kParts);
     const std::uint64_t registrationsBefore = s_server->counts().registrations;
     const std::uint64_t unregistrationsBefore = s_server->counts().unregistrations;
     for (unsigned done = 0; done < kParts; ++done)

@@ -6,7 +6,6 @@
  * PUBSEC_TORTURE_STEP=1 in the environment fails every point; by default each seventh is tried.
  */
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -18,6 +17,7 @@
 #include "core/core.h"
 #include "core/state.h"
 #include "public_headers.h"
+#include "tests/support/environment.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/stack_test.h"
 #include "tests/torture/exchanges.h"
@@ -31,7 +31,7 @@ namespace
 
 using torture::Operation;
 
-constexpr size_t kUsualStep = 7;
+constexpr unsigned kUsualStep = 7;
 
 /* What the program has tried so far. */
 struct Tally
@@ -45,9 +45,7 @@ Tally s_tally;
 
 size_t step()
 {
-    const char* const text = std::getenv("PUBSEC_TORTURE_STEP");
-    const long value = text != nullptr ? std::strtol(text, nullptr, 10) : 0;
-    return value > 0 ? static_cast<size_t>(value) : kUsualStep;
+    return numberFromEnvironment("PUBSEC_TORTURE_STEP", kUsualStep);
 }
 
 /* Asks for digest where it is due, and gives every reader what it looks for. */
