@@ -9,7 +9,7 @@ usage() {
 Usage: ./bench.sh [--short | --plot | load [--short]]
 
   (none)    everything, some minutes
-  --short   less of everything, under two minutes when built
+  --short   less of everything, under a minute when built
   --plot    nothing of that, but draws docs/performance.svg
   load      a minute of load on viewlibd (with --short five seconds), beside nginx; 1 GB and more on the disk meanwhile
 

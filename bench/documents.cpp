@@ -4,10 +4,15 @@
  * repetitions of all are run in random order; a ratio is that of the shortest ones.
  */
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 
 #include <benchmark/benchmark.h>
 #include <openssl/evp.h>
@@ -92,17 +97,27 @@ std::string taken(char* text)
 }
 
 /* What is compared must be the same text, or nothing is compared. */
+void expectSame(const std::string& name, const std::string& writer, const std::string& text, const std::string& other)
+{
+    if (text.empty() || text != other)
+    {
+        fail("the documents by the library and by " + writer + " differ: " + name + "\n" + text.substr(0, 2000) + "\n" +
+             other.substr(0, 2000));
+    }
+}
+
 void expectSameText(const std::string& name, const Document& document)
 {
     const std::string text = taken(document.library());
-    CjsonOut out;
-    document.cjson(out);
-    const std::string byHand = taken(out.finish());
-    if (text.empty() || text != byHand)
-    {
-        fail("the documents by the library and by hand differ: " + name + "\n" + text.substr(0, 2000) + "\n" +
-             byHand.substr(0, 2000));
-    }
+    CjsonOut cjson;
+    document.cjson(cjson);
+    expectSame(name, "cJSON", text, taken(cjson.finish()));
+    RapidOut rapid;
+    document.rapid(rapid);
+    expectSame(name, "RapidJSON", text, rapid.finish());
+    NlohmannOut nlohmann;
+    document.nlohmann(nlohmann);
+    expectSame(name, "nlohmann::json", text, nlohmann.finish());
 }
 
 void measureDocument(const std::string& name, const Document& document)
@@ -152,8 +167,95 @@ const u8* helperBytes()
     return reinterpret_cast<const u8*>(bytes.data());
 }
 
+constexpr unsigned rotated(unsigned value, unsigned bits)
+{
+    return value << bits | value >> (32 - bits);
+}
+
+struct Md5Step
+{
+    unsigned constant;
+    unsigned rotation;
+    unsigned word;
+};
+
+/* The steps as their definition has them. */
+std::array<Md5Step, 64> md5Steps()
+{
+    static constexpr unsigned kRotations[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
+    static constexpr unsigned kWords[4][2] = {{1, 0}, {5, 1}, {3, 5}, {7, 0}};
+    std::array<Md5Step, 64> steps{};
+    for (unsigned step = 0; step < 64; ++step)
+    {
+        const unsigned round = step / 16;
+        steps[step] = {static_cast<unsigned>(std::fabs(std::sin(step + 1.0)) * 4294967296.0),
+                       kRotations[round][step % 4], (kWords[round][0] * step + kWords[round][1]) % 16};
+    }
+    return steps;
+}
+
+unsigned md5Mixed(unsigned round, unsigned b, unsigned c, unsigned d)
+{
+    switch (round)
+    {
+    case 0:
+        return (b & c) | (~b & d);
+    case 1:
+        return (b & d) | (c & ~d);
+    case 2:
+        return b ^ c ^ d;
+    default:
+        return c ^ (b | ~d);
+    }
+}
+
+/* MD5 a step at a time, as one writes it first; of whole blocks. */
+std::array<unsigned, 4> plainMd5(const u8* bytes, size_t size)
+{
+    static const std::array<Md5Step, 64> kSteps = md5Steps();
+    std::array<unsigned, 4> state = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
+    for (; size >= 64; bytes += 64, size -= 64)
+    {
+        unsigned words[16];
+        std::memcpy(words, bytes, sizeof(words));
+        auto [a, b, c, d] = state;
+        for (unsigned index = 0; index < 64; ++index)
+        {
+            const Md5Step& step = kSteps[index];
+            const unsigned sum = a + md5Mixed(index / 16, b, c, d) + step.constant + words[step.word];
+            a = std::exchange(d, std::exchange(c, std::exchange(b, b + rotated(sum, step.rotation))));
+        }
+        state = {state[0] + a, state[1] + b, state[2] + c, state[3] + d};
+    }
+    return state;
+}
+
+/* The digest's text, to see that the plain loop is MD5. Behind 1 MiB stand a bit, zeros and the number of bits. */
+std::string plainMd5Text()
+{
+    std::string padded(reinterpret_cast<const char*>(helperBytes()), kHelperBytes);
+    padded.resize(kHelperBytes + 64);
+    padded[kHelperBytes] = '\x80';
+    const std::uint64_t bits = kHelperBytes * 8;
+    std::memcpy(&padded[kHelperBytes + 56], &bits, sizeof(bits));
+    std::string text;
+    for (const unsigned word : plainMd5(reinterpret_cast<const u8*>(padded.data()), padded.size()))
+    {
+        for (unsigned shift = 0; shift < 32; shift += 8)
+        {
+            char pair[3];
+            std::snprintf(pair, sizeof(pair), "%02x", word >> shift & 0xff);
+            text += pair;
+        }
+    }
+    return text;
+}
+
 void measureMd5()
 {
+    char digest[33];
+    PSMD5(helperBytes(), kHelperBytes, digest, sizeof(digest));
+    expectSame("MD5", "a plain loop", digest, plainMd5Text());
     measure("MD5/library", [] {
         TPubSecMd5 state;
         char text[33];
@@ -163,10 +265,11 @@ void measureMd5()
         benchmark::DoNotOptimize(text[0]);
     });
     measure("MD5/OpenSSL", [] {
-        unsigned char digest[EVP_MAX_MD_SIZE];
-        EVP_Digest(helperBytes(), kHelperBytes, digest, nullptr, EVP_md5(), nullptr);
-        benchmark::DoNotOptimize(digest[0]);
+        unsigned char bytes[EVP_MAX_MD_SIZE];
+        EVP_Digest(helperBytes(), kHelperBytes, bytes, nullptr, EVP_md5(), nullptr);
+        benchmark::DoNotOptimize(bytes[0]);
     });
+    measure("MD5/plain", [] { benchmark::DoNotOptimize(plainMd5(helperBytes(), kHelperBytes)); });
 }
 
 /* Base64 a character at a time, as one writes it first. */
@@ -260,6 +363,7 @@ void reportDocuments(Report& report, const Collector& times)
 void reportHelpers(Report& report, const Collector& times)
 {
     report.add("MD5 of 1 MiB", "OpenSSL", times.ratio("MD5/library", "MD5/OpenSSL"), "", noLimit());
+    report.add("MD5 of 1 MiB", "a plain loop", times.ratio("MD5/library", "MD5/plain"), "", noLimit());
     report.add("base64 of 1 MiB", "OpenSSL", times.ratio("base64/library", "base64/OpenSSL"), "", noLimit());
     report.add("base64 of 1 MiB", "a plain loop", times.ratio("base64/library", "base64/plain"), "", noLimit());
 }

@@ -101,6 +101,88 @@ class CjsonOut : public Out<CjsonOut>
     std::vector<cJSON*> m_parents;
 };
 
+/*
+ * The least that cJSON takes for what is in a record: texts and keys are referred to, empty texts left out, and the
+ * document printed where there is room for it.
+ */
+class SparingCjsonOut : public Out<SparingCjsonOut>
+{
+  public:
+    using Out::number;
+
+    SparingCjsonOut() : m_parents{cJSON_CreateObject()}
+    {
+    }
+
+    ~SparingCjsonOut()
+    {
+        cJSON_Delete(m_parents[0]);
+    }
+
+    SparingCjsonOut(const SparingCjsonOut&) = delete;
+    SparingCjsonOut& operator=(const SparingCjsonOut&) = delete;
+
+    void text(const char* key, const char* value)
+    {
+        if (value[0] != '\0')
+        {
+            add(key, cJSON_CreateStringReference(value));
+        }
+    }
+
+    void number(const char* key, double value)
+    {
+        add(key, cJSON_CreateNumber(value));
+    }
+
+    void beginObject(const char* key)
+    {
+        begin(key, cJSON_CreateObject());
+    }
+
+    void beginArray(const char* key)
+    {
+        begin(key, cJSON_CreateArray());
+    }
+
+    void beginElement()
+    {
+        cJSON* const element = cJSON_CreateObject();
+        cJSON_AddItemToArray(m_parents[m_depth], element);
+        m_parents[++m_depth] = element;
+    }
+
+    void end()
+    {
+        --m_depth;
+    }
+
+    void endArray()
+    {
+        --m_depth;
+    }
+
+    bool printInto(char* place, int size)
+    {
+        return cJSON_PrintPreallocated(m_parents[0], place, size, 0) != 0;
+    }
+
+  private:
+    void add(const char* key, cJSON* value)
+    {
+        cJSON_AddItemToObjectCS(m_parents[m_depth], key, value);
+    }
+
+    void begin(const char* key, cJSON* value)
+    {
+        add(key, value);
+        m_parents[++m_depth] = value;
+    }
+
+    cJSON* m_parents[8];
+    size_t m_depth = 0;
+};
+
 /* RapidJSON's writer, which keeps no tree. */
 class RapidOut : public Out<RapidOut>
 {

@@ -16,8 +16,8 @@ constexpr int c_typeMask = 0xFF;
 
 bool IsWhole(double dValue)
 {
-    return dValue > -c_wholeLimit && dValue < c_wholeLimit && dValue == trunc(dValue) &&
-           !(dValue == 0.0 && signbit(dValue));
+    return dValue > -c_wholeLimit && dValue < c_wholeLimit &&
+           dValue == static_cast<double>(static_cast<int64_t>(dValue)) && !(dValue == 0.0 && signbit(dValue));
 }
 
 void PrintWhole(int64_t sqValue, char* pchOut)
@@ -64,12 +64,9 @@ void BecomeOwn(cJSON* ptNode, int nType, char* pchText)
 
 bool OwnText(cJSON* ptNode, const char* pchText, size_t length)
 {
-    static char s_achEmpty[] = "";
     char* pchCopy = static_cast<char*>(cJSON_malloc(length + 1));
     if (pchCopy == nullptr)
     {
-        BecomeOwn(ptNode, cJSON_String, s_achEmpty);
-        ptNode->type |= cJSON_IsReference;
         return false;
     }
     memcpy(pchCopy, pchText, length);
@@ -150,15 +147,18 @@ bool PubSecJsonOwnLeaf(cJSON* ptNode)
     {
         return true;
     }
-    if (cJSON_IsString(ptNode))
-    {
-        return OwnText(ptNode, ptNode->valuestring, strlen(ptNode->valuestring));
-    }
     const TPubSecLongText* ptLong = PubSecJsonLongText(ptNode);
     if (ptLong != nullptr)
     {
         return OwnText(ptNode, ptLong->pchText, ptLong->length);
     }
-    BecomeOwn(ptNode, cJSON_Number, nullptr);
+    if (cJSON_IsString(ptNode))
+    {
+        return OwnText(ptNode, ptNode->valuestring, strlen(ptNode->valuestring));
+    }
+    if (cJSON_IsRaw(ptNode))
+    {
+        BecomeOwn(ptNode, cJSON_Number, nullptr);
+    }
     return true;
 }

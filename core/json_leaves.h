@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Leaves whose printed form is ready before the tree is printed, as raw nodes of one block each. They spare cJSON the
- * printing of numbers, and the search of long texts for characters to escape.
+ * Leaves of one block each. Most are raw nodes, whose printed form is ready before the tree is printed: they spare cJSON
+ * the printing of numbers, and the search of long texts for characters to escape.
  */
 #ifndef PUBSEC_CORE_JSON_LEAVES_H
 #define PUBSEC_CORE_JSON_LEAVES_H
@@ -31,6 +31,7 @@ struct TPubSecLongText
     const char* pchText; /* referred to */
     size_t length;
 };
+static_assert(alignof(TPubSecLongText) <= alignof(cJSON), "it stands right behind its node");
 
 /* Whether a text can stand in a document as it is, and then its length. */
 bool PubSecJsonMeasurePlain(const char* pchText, size_t* pLength);
@@ -40,7 +41,7 @@ cJSON* PubSecJsonNewLongText(const char* pchText, size_t length);
 /* What a node stands for, null where it is no long text. */
 const TPubSecLongText* PubSecJsonLongText(const cJSON* ptNode);
 
-/* Makes of such a leaf the node that cJSON would have made; false when there is no memory, the text is then empty. */
+/* Makes of any leaf that refers to something the node that cJSON would have made; false when there is no memory. */
 bool PubSecJsonOwnLeaf(cJSON* ptNode);
 
 #endif

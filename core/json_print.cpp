@@ -10,28 +10,56 @@ namespace
 
 /* What the printer asks for around any value: a number's digits, the terminator and its own margin. */
 constexpr size_t c_nodeMargin = 64;
+constexpr size_t c_keyMargin = 4;     /* quotes, colon and comma */
+constexpr size_t c_elementMargin = 1; /* comma */
+constexpr size_t c_numberSize = 26;
 
 struct TPubSecPrintSizes
 {
-    size_t printed; /* escaped characters take more than they are counted for; the printer then grows its block */
+    size_t printed; /* the printer grows its block where this is too little */
     u64 added;      /* by long texts, with their quotes in place of the one character */
 };
+
+/* What a long text grows by, in which there is something to escape. In short ones that is not worth a look. */
+size_t EscapeSize(const char* pchText)
+{
+    size_t size = 0;
+    for (; *pchText != '\0'; pchText++)
+    {
+        const u8 byChar = static_cast<u8>(*pchText);
+        if (byChar < 0x20)
+        {
+            size += memchr("\b\f\n\r\t", byChar, 5) != nullptr ? 1 : 5;
+        }
+        else if (byChar == '"' || byChar == '\\')
+        {
+            size += 1;
+        }
+    }
+    return size;
+}
+
+size_t TextSize(const char* pchText)
+{
+    const size_t length = strlen(pchText);
+    return length + 2 + (length >= PUBSEC_JSON_LONG_TEXT ? EscapeSize(pchText) : 0);
+}
 
 void AddSizes(const cJSON* ptNode, TPubSecPrintSizes* ptSizes)
 {
     ptSizes->printed += c_nodeMargin;
     for (; ptNode != nullptr; ptNode = ptNode->next)
     {
-        ptSizes->printed += ptNode->string != nullptr ? strlen(ptNode->string) + 4 : 1;
+        ptSizes->printed += ptNode->string != nullptr ? strlen(ptNode->string) + c_keyMargin : c_elementMargin;
         if (ptNode->valuestring != nullptr)
         {
             const TPubSecLongText* ptLong = PubSecJsonLongText(ptNode);
-            ptSizes->printed += strlen(ptNode->valuestring) + 2;
+            ptSizes->printed += TextSize(ptNode->valuestring);
             ptSizes->added += ptLong != nullptr ? ptLong->length + 1 : 0;
         }
         else if (cJSON_IsNumber(ptNode))
         {
-            ptSizes->printed += 26;
+            ptSizes->printed += c_numberSize;
         }
         else
         {

@@ -23,18 +23,24 @@ cJSON* AddNode(cJSON* ptObject, const char* pchKey, cJSON* ptNode)
 cJSON* NewText(const char* pchText)
 {
     size_t length = 0;
-    const bool bLong = pchText != nullptr && strnlen(pchText, PUBSEC_JSON_LONG_TEXT) == PUBSEC_JSON_LONG_TEXT &&
-                       PubSecJsonMeasurePlain(pchText, &length);
+    const bool bLong =
+        strnlen(pchText, PUBSEC_JSON_LONG_TEXT) == PUBSEC_JSON_LONG_TEXT && PubSecJsonMeasurePlain(pchText, &length);
     return bLong ? PubSecJsonNewLongText(pchText, length) : cJSON_CreateStringReference(pchText);
 }
 
-bool OwnLeaves(cJSON* ptFirst)
+bool OwnLeaves(cJSON* ptParent, cJSON* ptFirst)
 {
     bool bOwned = true;
-    for (cJSON* ptNode = ptFirst; ptNode != nullptr; ptNode = ptNode->next)
+    cJSON* ptNext = nullptr;
+    for (cJSON* ptNode = ptFirst; ptNode != nullptr; ptNode = ptNext)
     {
-        bOwned = OwnLeaves(ptNode->child) && bOwned;
-        bOwned = PubSecJsonOwnLeaf(ptNode) && bOwned;
+        ptNext = ptNode->next;
+        bOwned = OwnLeaves(ptNode, ptNode->child) && bOwned;
+        if (!PubSecJsonOwnLeaf(ptNode))
+        {
+            cJSON_Delete(cJSON_DetachItemViaPointer(ptParent, ptNode));
+            bOwned = false;
+        }
     }
     return bOwned;
 }
@@ -58,14 +64,18 @@ void PubSecJsonAddNumber(cJSON* ptObject, const char* pchKey, double dValue)
 
 void PubSecJsonAddText(cJSON* ptObject, const char* pchKey, const char* pchText)
 {
-    AddNode(ptObject, pchKey, NewText(pchText));
+    if (ptObject != nullptr)
+    {
+        AddNode(ptObject, pchKey, NewText(pchText));
+    }
 }
 
 void PubSecJsonAddBoundedText(cJSON* ptObject, const char* pchKey, const char* pchText, u32 dwLength, u32 dwCapacity)
 {
     if (dwLength < dwCapacity)
     {
-        AddNode(ptObject, pchKey, NewText(pchText));
+        AddNode(ptObject, pchKey,
+                dwLength < PUBSEC_JSON_LONG_TEXT ? cJSON_CreateStringReference(pchText) : NewText(pchText));
         return;
     }
     cJSON* ptNode = PubSecJsonNewLeaf(cJSON_String, static_cast<size_t>(dwLength) + 1);
@@ -89,7 +99,13 @@ cJSON* PubSecJsonAppendObject(cJSON* ptArray)
 
 const cJSON* PubSecJsonLast(const cJSON* ptObject)
 {
-    return ptObject == nullptr || ptObject->child == nullptr ? nullptr : ptObject->child->prev;
+    /* By "next": cJSON before 1.7.13 leaves "prev" unset in what it parsed. */
+    const cJSON* ptLast = ptObject != nullptr ? ptObject->child : nullptr;
+    while (ptLast != nullptr && ptLast->next != nullptr)
+    {
+        ptLast = ptLast->next;
+    }
+    return ptLast;
 }
 
 bool PubSecJsonOwnAfter(cJSON* ptObject, const cJSON* ptFormerLast)
@@ -98,5 +114,5 @@ bool PubSecJsonOwnAfter(cJSON* ptObject, const cJSON* ptFormerLast)
     {
         return true;
     }
-    return OwnLeaves(ptFormerLast != nullptr ? ptFormerLast->next : ptObject->child);
+    return OwnLeaves(ptObject, ptFormerLast != nullptr ? ptFormerLast->next : ptObject->child);
 }

@@ -13,7 +13,7 @@ struct cJSON* PubSecJsonAddObject(struct cJSON* ptObject, const char* pchKey);
 struct cJSON* PubSecJsonAddArray(struct cJSON* ptObject, const char* pchKey);
 void PubSecJsonAddNumber(struct cJSON* ptObject, const char* pchKey, double dValue);
 
-/* pchText is referred to and outlives the tree. */
+/* pchText, which is not null, is referred to and outlives the tree. */
 void PubSecJsonAddText(struct cJSON* ptObject, const char* pchKey, const char* pchText);
 
 /* A field of dwCapacity bytes that holds dwLength characters; copied only when it has no terminator of its own. */
@@ -25,7 +25,7 @@ struct cJSON* PubSecJsonAppendObject(struct cJSON* ptArray);
 
 /*
  * A tree of the host's outlives what its texts are taken from. PubSecJsonOwnAfter replaces what the members after
- * ptFormerLast, and everything below them, refer to by copies; a text that cannot be copied is written as empty, and
+ * ptFormerLast, and everything below them, refer to by copies; a member whose text cannot be copied is left out, and
  * the result is then false. ptFormerLast is what PubSecJsonLast gave before they were added. A null object has no
  * members.
  */

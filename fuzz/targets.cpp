@@ -264,7 +264,7 @@ class TwoTrees
     /* A host's tree owns its texts: it is printed when ours are gone. */
     void compareOwned()
     {
-        PubSecJsonOwnAfter(m_library, nullptr);
+        demand(PubSecJsonOwnAfter(m_library, nullptr), "a tree that owns its texts");
         m_texts.clear();
         expectSame(cJSON_PrintUnformatted(m_library));
         cJSON_Delete(m_library);

@@ -116,11 +116,6 @@ u32 AddNotifications(cJSON* ptParent, u32 dwForm, u16 wNum, const TPubSecDispoNo
     return dwRet;
 }
 
-u32 Owned(cJSON* ptParent, const cJSON* ptFormerLast, u32 dwRet)
-{
-    return PubSecJsonOwnAfter(ptParent, ptFormerLast) || dwRet != PUBSEC_OK ? dwRet : u32{PUBSEC_ERR_FAILED};
-}
-
 } // namespace
 
 char* PubSecDispositionNotificationStructToString(const TPubsecDispositionNotificationList* ptList)
@@ -146,12 +141,12 @@ u32 PubSecDispositionNotificationObjectStructToJsonObject(cJSON* ptParent, u32 d
                                                           const TPubSecDispoNotifyObj* ptObjects)
 {
     const cJSON* ptFormerLast = PubSecJsonLast(ptParent);
-    return Owned(ptParent, ptFormerLast, AddNotifications(ptParent, dwForm, wNum, ptObjects));
+    return PubSecOwnAdded(ptParent, ptFormerLast, AddNotifications(ptParent, dwForm, wNum, ptObjects));
 }
 
 u32 PubSecDispositionListObjectStructToJsonObject(cJSON* ptParent, u32, u16 wNum,
                                                   const TPubSecDispositionListObj* ptEntries)
 {
     const cJSON* ptFormerLast = PubSecJsonLast(ptParent);
-    return Owned(ptParent, ptFormerLast, AddDispositionList(ptParent, wNum, ptEntries));
+    return PubSecOwnAdded(ptParent, ptFormerLast, AddDispositionList(ptParent, wNum, ptEntries));
 }

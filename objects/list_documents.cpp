@@ -21,8 +21,7 @@ char* ListDocument(const TPubSecObjectKind& tKind, const void* pvRecords, u32 dw
 u32 AddToHostTree(const TPubSecObjectKind& tKind, cJSON* ptRoot, u32 dwMode, u16 wNum, const void* pvRecords)
 {
     const cJSON* ptFormerLast = PubSecJsonLast(ptRoot);
-    const u32 dwRet = PubSecAddByForm(ptRoot, tKind, dwMode, wNum, pvRecords);
-    return PubSecJsonOwnAfter(ptRoot, ptFormerLast) || dwRet != PUBSEC_OK ? dwRet : u32{PUBSEC_ERR_FAILED};
+    return PubSecOwnAdded(ptRoot, ptFormerLast, PubSecAddByForm(ptRoot, tKind, dwMode, wNum, pvRecords));
 }
 
 } // namespace

@@ -226,7 +226,7 @@ template <typename Field, typename Gate, EPubSecRule Rule> constexpr void PubSec
  */
 void PubSecAddMembers(struct cJSON* ptObject, const TPubSecTable& tTable, const void* pvRecord);
 
-/* The same for a tree that outlives the record: texts are copied. */
+/* The same for a tree that outlives the record: texts are copied, and left out where they cannot be. */
 void PubSecAddOwnMembers(struct cJSON* ptObject, const TPubSecTable& tTable, const void* pvRecord);
 
 #endif

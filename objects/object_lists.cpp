@@ -119,3 +119,8 @@ u32 PubSecAddByForm(cJSON* ptRoot, const TPubSecObjectKind& tKind, u32 dwForm, u
             : PubSecAddObjectList(ptRoot, tKind.pchListObject, tKind, pvRecords, wNum, PUBSEC_SUB_IMAGES_IF_ANY);
     return bMade ? u32{PUBSEC_OK} : u32{PUBSEC_ERR_FAILED};
 }
+
+u32 PubSecOwnAdded(cJSON* ptRoot, const cJSON* ptFormerLast, u32 dwRet)
+{
+    return PubSecJsonOwnAfter(ptRoot, ptFormerLast) || dwRet != PUBSEC_OK ? dwRet : u32{PUBSEC_ERR_FAILED};
+}

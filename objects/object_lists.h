@@ -70,6 +70,9 @@ bool PubSecAddArrayIfGiven(struct cJSON* ptElement, const TPubSecObjectArray& tA
  */
 u32 PubSecAddByForm(struct cJSON* ptRoot, const TPubSecObjectKind& tKind, u32 dwForm, u16 wNum, const void* pvRecords);
 
+/* Makes what was added to a host's tree its own (PubSecJsonOwnAfter); the result so far, or 51 when memory lacks. */
+u32 PubSecOwnAdded(struct cJSON* ptRoot, const struct cJSON* ptFormerLast, u32 dwRet);
+
 constexpr u32 PUBSEC_FORM_LIST = 0;
 constexpr u32 PUBSEC_FORM_SINGLE = 1;
 constexpr u16 PUBSEC_FORM_MAX = 256;

@@ -1,16 +1,28 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Trees and their text: what the library prepares must come out as what cJSON makes of it. */
+#include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include <cjson/cJSON.h>
 #include <gtest/gtest.h>
 
+#include "core/json_leaves.h"
 #include "core/json_tree.h"
 
 namespace
 {
+
+size_t s_largest;
+
+void* measuredMalloc(size_t size)
+{
+    s_largest = std::max(s_largest, size);
+    return std::malloc(size);
+}
 
 std::string taken(char* text)
 {
@@ -171,12 +183,55 @@ INSTANTIATE_TEST_SUITE_P(Characters, JsonEscape,
 TEST(JsonText, MakesNoDocumentOf2GiB)
 {
     const std::string text(64u << 20, 'a');
-    cJSON* root = cJSON_CreateObject();
+    cJSON* root = cJSON_CreateArray();
     for (int member = 0; member < 32; ++member)
     {
-        PubSecJsonAddText(root, "A", text.c_str());
+        cJSON_AddItemToArray(root, PubSecJsonNewLongText(text.c_str(), text.size()));
     }
     EXPECT_EQ(PubSecJsonPrint(root), nullptr);
+}
+
+/* What the host has in its tree, references and raw JSON among it, stays as it is. */
+TEST(JsonTree, OfTheHostIsLeftAlone)
+{
+    char text[] = "before";
+    cJSON* shared = cJSON_CreateObject();
+    cJSON* root = cJSON_CreateObject();
+    cJSON_AddItemToObject(root, "text", cJSON_CreateStringReference(text));
+    cJSON_AddItemToObject(root, "raw", cJSON_CreateRaw("\x01"));
+    cJSON_AddItemReferenceToObject(root, "shared", shared);
+    root->child->prev = nullptr; /* as older parsers leave it */
+    const cJSON* last = PubSecJsonLast(root);
+    EXPECT_STREQ(last->string, "shared");
+    root->child->prev = const_cast<cJSON*>(last);
+    PubSecJsonAddNumber(root, "n", 7);
+    cJSON_AddItemReferenceToObject(root, "again", shared);
+    EXPECT_TRUE(PubSecJsonOwnAfter(root, last));
+    std::memcpy(text, "behind", sizeof(text));
+    EXPECT_EQ(taken(cJSON_PrintUnformatted(root)),
+              "{\"text\":\"behind\",\"raw\":\x01,\"shared\":{},\"n\":7,\"again\":{}}");
+    cJSON_Delete(root);
+    cJSON_Delete(shared);
+}
+
+/* Base64 in lines is found in pictures: the block is as large as the document, and not grown. */
+TEST(JsonText, InLinesTakesNoMoreThanItsDocument)
+{
+    std::string text;
+    while (text.size() < 1000000)
+    {
+        text += std::string(76, 'A') + "\r\n";
+    }
+    text += "\x0b\x01\b\f\t\"\\";
+    cJSON* root = cJSON_CreateObject();
+    PubSecJsonAddText(root, "A", text.c_str());
+    s_largest = 0;
+    cJSON_Hooks hooks = {measuredMalloc, std::free};
+    cJSON_InitHooks(&hooks);
+    const std::string document = taken(PubSecJsonPrint(root));
+    cJSON_InitHooks(nullptr);
+    EXPECT_LT(s_largest, document.size() + 256);
+    EXPECT_GT(s_largest, document.size());
 }
 
 TEST(JsonText, OfAHostsTreeIsItsOwn)

@@ -68,14 +68,15 @@ TEST(Memory, AMemberThatCannotBeMadeIsLeftOut)
 {
     char data[] = "QUJD";
     TPubSecSubImageInfo image = {};
-    memset(image.achDeviceID, 'd', sizeof(image.achDeviceID)); /* a copy, in the node's own block */
+    memset(image.achDeviceID, 'd', sizeof(image.achDeviceID)); /* has no terminator */
     image.pchData = data;
     image.wFeatureValid = 1;
     image.tFeatureInfo.pchFeatureData = data;
 
     /* device, type, format, width, height, data, feature with three members of its own */
     constexpr int all = 10;
-    constexpr int allocations = all;
+    /* and copies of device, type, format, data and what the feature has */
+    constexpr int allocations = all + 7;
     ASSERT_EQ(NodesWith(-1, image), all);
     for (int failing = 0; failing < allocations; failing++)
     {

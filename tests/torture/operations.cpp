@@ -28,6 +28,13 @@ Records& records()
     return *only;
 }
 
+/* As long as the text of a picture: it takes another way into its document than short ones. */
+const char* longText()
+{
+    static const std::string text(10000, 'A');
+    return text.c_str();
+}
+
 /* ------------------------------------------------------------------------------------------------------- session */
 
 void anyCallback(u32, u32, const TPubSecPlatRegInfo*)
@@ -176,7 +183,7 @@ std::vector<Operation> dataPosts()
          }},
         {"PubSecPostFile", 50, kPost, [] { return PubSecPostFile(0, &records().sliceObject); }},
         {"PubSecPostVideoSliceData", 50, kPost, [] { return PubSecPostVideoSliceData(0, "id", "body"); }},
-        {"PubSecPostVideoSliceDataEx", 50, kPost, [] { return PubSecPostVideoSliceDataEx(0, "id", "QUJD"); }},
+        {"PubSecPostVideoSliceDataEx", 50, kPost, [] { return PubSecPostVideoSliceDataEx(0, "id", longText()); }},
         {"PubSecPostImageData", 50, kPost, [] { return PubSecPostImageData(0, "id", "body"); }},
         {"PubSecPostFileData", 50, kPost, [] { return PubSecPostFileData(0, "id", "body"); }},
         {"PubSecCurlUpLoadFile",

@@ -7,7 +7,9 @@
 int main(void)
 {
     TPubSecObjectIdParam tParam;
+    TPubSecFaceObjInfo tFace;
     char achId[42];
+    memset(&tFace, 0, sizeof(tFace));
     memset(&tParam, 0, sizeof(tParam));
     strcpy(tParam.achDeviceID, "34020000001190000001");
     strcpy(tParam.achDateTime, "20240229120000");
@@ -18,5 +20,10 @@ int main(void)
         return 1;
     }
     printf("%s\n", achId);
+    /* Nobody is registered; but all that posts need is linked. */
+    if (PubSecPostImageFace(0, &tFace, 1) != PUBSEC_ERR_NOT_REGISTERED)
+    {
+        return 1;
+    }
     return strcmp(achId, "34020000001190000001022024022912000000007") == 0 ? 0 : 1;
 }
