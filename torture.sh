@@ -32,6 +32,7 @@ shakes=${SHAKES:-1000}
 runs=${RUNS:-10000000}
 records=${RECORDS:-100000}
 jobs=$(nproc)
+patience=12h # for a program that hangs
 logs=$PWD/build-torture-logs
 status=0
 mkdir -p "$logs"
@@ -70,7 +71,7 @@ build() {
 gtest() {
     local log all begun passed tried failed result=0
     log=$logs/$(basename "$2")-${1//[^a-z]/}.log
-    fixed_addresses "$2" >"$log" 2>&1 || result=$?
+    fixed_addresses timeout --foreground "$patience" "$2" >"$log" 2>&1 || result=$?
     all=$(sed -nE 's/^\[==========\] Running ([0-9]+) tests?.*/\1/p' "$log" | head -n 1)
     begun=$(grep -c '\[ RUN      \] ' "$log" || true)
     passed=$(grep -c '\[       OK \] ' "$log" || true)
@@ -153,7 +154,7 @@ flat() {
 soak() {
     build build-torture -DCMAKE_BUILD_TYPE=Release -- soak_test
     SOAK_POSTS=${SOAK_POSTS:-5000000} SOAK_CYCLES=${SOAK_CYCLES:-50000} \
-        build-torture/bin/soak_test >"$logs/soak.log" 2>&1 || { status=1; echo "torture.sh: soak_test failed" >&2; }
+        timeout --foreground "$patience" build-torture/bin/soak_test >"$logs/soak.log" 2>&1 || { status=1; echo "torture.sh: soak_test failed" >&2; }
     flat PostsLeaveNothingBehind posts
     flat RegistrationsLeaveNothingBehind registrations
 }
