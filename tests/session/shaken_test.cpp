@@ -131,7 +131,7 @@ extern "C"
     {
         shake();
         const u32 result = __real_AppLockTakeByTime(hLock, dwMilliseconds);
-        ++t_locks;
+        t_locks += result == 0 ? 1 : 0;
         shake();
         return result;
     }
