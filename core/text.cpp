@@ -3,10 +3,6 @@
 
 void PubSecCopyText(char* pchDest, u32 dwDestSize, const char* pchSrc, u32 dwSrcCapacity)
 {
-    if (dwDestSize == 0)
-    {
-        return;
-    }
     const u32 dwLimit = dwDestSize - 1;
     const u32 dwLength = PubSecTextLength(pchSrc, dwSrcCapacity < dwLimit ? dwSrcCapacity : dwLimit);
     AppMemcpy(pchDest, pchSrc, dwLength);

@@ -17,7 +17,10 @@ inline u32 PubSecTextLength(const char* pchText, u32 dwCapacity)
     return pvEnd == nullptr ? dwCapacity : static_cast<u32>(static_cast<const char*>(pvEnd) - pchText);
 }
 
-/* Copies what fits of a text that ends at its terminator or after dwSrcCapacity bytes; the copy is terminated. */
+/*
+ * Copies what fits of a text that ends at its terminator or after dwSrcCapacity bytes; the copy is terminated. A
+ * destination has a byte at least.
+ */
 void PubSecCopyText(char* pchDest, u32 dwDestSize, const char* pchSrc, u32 dwSrcCapacity);
 
 template <size_t DestSize, size_t SrcSize>

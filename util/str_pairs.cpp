@@ -1,5 +1,4 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include <pubsecplatform.h>
 #include <pubsecstack/helpers.h>
 
 const TPubSecStrPair s_atStrPair_EGAT1400VideoFormatType[PUBSEC_VIDEO_FORMAT_NUM] = {
@@ -13,33 +12,14 @@ const TPubSecStrPair s_atStrPair_EGAT1400ImageFormatType[PUBSEC_IMAGE_FORMAT_NUM
     {13, "Tiff"}, {14, "Wmf"}, {15, "Jp2"}, {16, "Other"}, {17, "unkown"},
 };
 
-/*
- * The conversions do not know how long the caller's table is, and a table has no end mark: they search none of it.
- * No host relies on them.
- */
-constexpr s32 PUBSEC_PAIRS_SEARCHED = 0;
+/* The conversions do not know how long the caller's table is, and a table has no end mark: they search none of it. */
 
-const char* PubsecStackConvS32ToStr(const TPubSecStrPair* ptTable, s32 nValue)
+const char* PubsecStackConvS32ToStr(const TPubSecStrPair*, s32)
 {
-    for (s32 i = 0; i < PUBSEC_PAIRS_SEARCHED; i++)
-    {
-        if (ptTable[i].nValue == nValue)
-        {
-            return ptTable[i].pchStr;
-        }
-    }
     return nullptr;
 }
 
-bool PubsecStackConvStrToS32(const TPubSecStrPair* ptTable, const char* pchStr, s32* pnValue)
+bool PubsecStackConvStrToS32(const TPubSecStrPair*, const char*, s32*)
 {
-    for (s32 i = 0; i < PUBSEC_PAIRS_SEARCHED; i++)
-    {
-        if (AppStrcmp(ptTable[i].pchStr, pchStr) == 0)
-        {
-            *pnValue = ptTable[i].nValue;
-            return true;
-        }
-    }
     return false;
 }
