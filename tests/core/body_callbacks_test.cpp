@@ -154,6 +154,25 @@ TEST_F(SinkTest, ASizeBeyondMemoryIsRefused)
     EXPECT_EQ(sink.pchBuf, nullptr);
 }
 
+TEST_F(SinkTest, ASizeBeyondMemoryIsToldWithoutABody)
+{
+    logAt(2);
+    EXPECT_EQ(write("abc", size_t{1} << 31, 1), 0u);
+    EXPECT_THAT(fake_platform::logLines(),
+                ElementsAre(info("_PubSecWriteCB", "WriteMemoryCallback size:-2147483648 nmemb:1 contents:"),
+                            IsError("_PubSecWriteCB", "not enough memory (realloc returned NULL)")));
+}
+
+TEST_F(SinkTest, ThatIsFullerThanItMayBeTakesNothing)
+{
+    sink.dwLen = kLimit + 1;
+    s_reallocSize = 0;
+    EXPECT_EQ(write("abc", 1, 3), 0u);
+    EXPECT_EQ(s_reallocSize, 0u);
+    EXPECT_EQ(sink.pchBuf, nullptr);
+    EXPECT_EQ(sink.dwLen, 0u);
+}
+
 TEST_F(SinkTest, AfterAFailureItStillGrows)
 {
     s_reallocFails = true;

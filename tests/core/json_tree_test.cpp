@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 
 #include <cjson/cJSON.h>
@@ -23,6 +24,25 @@ void* measuredMalloc(size_t size)
     s_largest = std::max(s_largest, size);
     return std::malloc(size);
 }
+
+bool s_arraysRefuse = false;
+
+} // namespace
+
+PUBSEC_C_BEGIN
+
+cJSON_bool __real_cJSON_AddItemToArray(cJSON* array, cJSON* item);
+
+/* The linker sends the library's calls here. */
+cJSON_bool __wrap_cJSON_AddItemToArray(cJSON* array, cJSON* item)
+{
+    return s_arraysRefuse ? 0 : __real_cJSON_AddItemToArray(array, item);
+}
+
+PUBSEC_C_END
+
+namespace
+{
 
 std::string taken(char* text)
 {
@@ -129,7 +149,8 @@ std::string expectedTexts(const std::string& first, const std::string& second)
 
 TEST(JsonText, OfAnyLengthStandsWhereItBelongs)
 {
-    for (const size_t length : {0, 1, 4094, 4095, 4096, 4097, 8191, 8192, 8193, 12288, 300001})
+    for (const size_t length :
+         std::initializer_list<size_t>{0, 1, 4094, 4095, 4096, 4097, 8191, 8192, 8193, 12288, 300001})
     {
         SCOPED_TRACE(length);
         const std::string a(length, 'a');
@@ -154,7 +175,7 @@ class JsonEscape : public testing::TestWithParam<EscapeCase>
 /* Wherever it stands among characters that are written as they are. */
 TEST_P(JsonEscape, OfALongText)
 {
-    for (const size_t length : {4096, 5000, 8192, 9000})
+    for (const size_t length : std::initializer_list<size_t>{4096, 5000, 8192, 9000})
     {
         for (const size_t place : {size_t{0}, size_t{1}, size_t{4095}, length - 1})
         {
@@ -234,6 +255,28 @@ TEST(JsonText, InLinesTakesNoMoreThanItsDocument)
     EXPECT_GT(s_largest, document.size());
 }
 
+/* Such a size is no int, which is what cJSON takes; the tree has to be printed in blocks that grow. */
+TEST(JsonText, OfMoreThan2GiBIsNotAskedForInOneBlock)
+{
+    const std::string key(64u << 20, 'k');
+    cJSON* root = cJSON_CreateObject();
+    for (int member = 0; member < 32; ++member)
+    {
+        PubSecJsonAddText(root, key.c_str(), "a");
+    }
+    s_largest = 0;
+    cJSON_Hooks hooks = {[](size_t size) -> void* {
+                             s_largest = std::max(s_largest, size);
+                             return nullptr;
+                         },
+                         free};
+    cJSON_InitHooks(&hooks);
+    EXPECT_EQ(PubSecJsonPrint(root), nullptr);
+    cJSON_InitHooks(nullptr);
+    EXPECT_GT(s_largest, 0u);
+    EXPECT_LT(s_largest, 4096u);
+}
+
 TEST(JsonText, OfAHostsTreeIsItsOwn)
 {
     std::string text(5000, 'a');
@@ -258,6 +301,39 @@ TEST(JsonText, WithoutATerminatorEndsWithItsField)
     PubSecJsonOwnAfter(root, nullptr);
     EXPECT_EQ(taken(cJSON_PrintUnformatted(root)), R"({"A":"abc"})");
     cJSON_Delete(root);
+}
+
+TEST(JsonText, ThatIsLongIsFoundInAFieldToo)
+{
+    char field[6000] = {};
+    std::memset(field, 'a', 5000);
+    cJSON* root = cJSON_CreateObject();
+    PubSecJsonAddBoundedText(root, "A", field, 5000, sizeof(field));
+    EXPECT_EQ(taken(PubSecJsonPrint(root)), "{\"A\":\"" + std::string(5000, 'a') + "\"}");
+}
+
+/* The leak checker sees that what finds no place is gone, here and below. */
+TEST(JsonTree, WithoutAnObjectTakesNothing)
+{
+    EXPECT_EQ(PubSecJsonAddObject(nullptr, "A"), nullptr);
+    EXPECT_EQ(PubSecJsonAddArray(nullptr, "A"), nullptr);
+    PubSecJsonAddNumber(nullptr, "A", 7);
+    PubSecJsonAddText(nullptr, "A", "text");
+    PubSecJsonAddBoundedText(nullptr, "A", "text", 4, 5);
+    PubSecJsonAddBoundedText(nullptr, "A", "text", 4, 4);
+    EXPECT_EQ(PubSecJsonAppendObject(nullptr), nullptr);
+    EXPECT_EQ(PubSecJsonPrint(nullptr), nullptr);
+}
+
+TEST(JsonTree, AnArrayThatRefusesAnObjectGivesNone)
+{
+    cJSON* root = cJSON_CreateObject();
+    cJSON* array = PubSecJsonAddArray(root, "A");
+    EXPECT_NE(PubSecJsonAppendObject(array), nullptr);
+    s_arraysRefuse = true;
+    EXPECT_EQ(PubSecJsonAppendObject(array), nullptr);
+    s_arraysRefuse = false;
+    EXPECT_EQ(taken(PubSecJsonPrint(root)), R"({"A":[{}]})");
 }
 
 } // namespace

@@ -631,4 +631,16 @@ TEST_F(SessionExchangeTest, TheSelfTestTellsAFailure)
     EXPECT_THAT(fake_platform::logLines(), ElementsAre(IsError("_SetPubSecHttps", "curl_easy_init failed!")));
 }
 
+TEST_F(SessionExchangeTest, TheSelfTestGoesOnWithTheHeadersThatItHas)
+{
+    curl_shim::failAppend(1, 1);
+    answer({CURLE_OK, 404});
+    _SetPubSecHttps();
+    EXPECT_THAT(callsOf("setopt(HTTPHEADER"),
+                ElementsAre("setopt(HTTPHEADER=Content-Type: application/x-www-form-urlencoded)"));
+    EXPECT_THAT(callsOf("perform"), ElementsAre("perform()"));
+    EXPECT_EQ(curl_shim::openLists(), 0u);
+    curl_shim::cleanUp();
+}
+
 } // namespace

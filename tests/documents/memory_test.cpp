@@ -1,7 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Every allocation of every builder fails in turn: a document is whole in its skeleton or there is none. */
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <pubsecstack/documents.h>
@@ -170,25 +172,35 @@ TEST_P(Memory, NoDocumentWithoutAnyMemory)
     EXPECT_EQ(GetParam().build(), nullptr);
 }
 
+/* Adds to a host's tree while allocations fail as the hook says: the result, and how many there were. */
+std::pair<u32, int> resultWith(const Allocations::Hook& hook, const std::function<u32(cJSON*)>& add, std::string* text)
+{
+    const Allocations limited(hook);
+    cJSON* tree = cJSON_CreateObject();
+    const u32 result = add(tree);
+    const int made = Allocations::made();
+    *text = textOf(cJSON_PrintUnformatted(tree));
+    cJSON_Delete(tree);
+    EXPECT_EQ(Allocations::outstanding(), 0);
+    return {result, made};
+}
+
+/* While the allocation of that number fails. */
+std::pair<u32, int> resultWhen(int failing, const std::function<u32(cJSON*)>& add, std::string* text)
+{
+    return resultWith([&](int number) { return number != failing; }, add, text);
+}
+
+u32 addNotifications(cJSON* tree)
+{
+    return PubSecDispositionNotificationObjectStructToJsonObject(tree, 0, 1, records().notifications.aptDispoNotifyObj);
+}
+
 /* What was added to a host's tree stays, and the tree stays sound; a container or a text that is missing is told. */
 TEST(HostTreeMemory, EveryAllocationFailsInTurn)
 {
-    const auto add = [](cJSON* tree) {
-        return PubSecDispositionNotificationObjectStructToJsonObject(tree, 0, 1,
-                                                                     records().notifications.aptDispoNotifyObj);
-    };
-    const auto resultWhen = [&](int failing, std::string* text) {
-        const Allocations limited([&](int number) { return number != failing; });
-        cJSON* tree = cJSON_CreateObject();
-        const u32 result = add(tree);
-        const int made = Allocations::made();
-        *text = textOf(cJSON_PrintUnformatted(tree));
-        cJSON_Delete(tree);
-        EXPECT_EQ(Allocations::outstanding(), 0);
-        return std::make_pair(result, made);
-    };
     std::string whole;
-    const auto [result, allocations] = resultWhen(0, &whole);
+    const auto [result, allocations] = resultWhen(0, addNotifications, &whole);
     EXPECT_EQ(result, 50u);
     ASSERT_GT(allocations, 10);
     EXPECT_EQ(textOf(PubSecDispositionNotificationStructToString(&records().notifications)), whole);
@@ -196,11 +208,57 @@ TEST(HostTreeMemory, EveryAllocationFailsInTurn)
     for (int failing = 2; failing <= allocations; ++failing) /* the first one is the host's own */
     {
         std::string text;
-        const u32 found = resultWhen(failing, &text).first;
+        const u32 found = resultWhen(failing, addNotifications, &text).first;
         EXPECT_TRUE(found == 51 || (found == 50 && text != whole)) << failing; /* an empty text is no loss */
         told += found == 51 ? 1 : 0;
     }
     EXPECT_GT(told, 10);
+}
+
+/* Containers and texts may be missing both. */
+TEST(HostTreeMemory, AnEndOfMemoryIsTold)
+{
+    std::string text;
+    const int allocations = resultWhen(0, addNotifications, &text).second;
+    for (int last = 1; last < allocations; ++last)
+    {
+        const auto enough = [&](int number) { return number <= last; };
+        EXPECT_EQ(resultWith(enough, addNotifications, &text).first, 51u) << last;
+    }
+}
+
+/* An object that is missing is told, although those behind it are there. */
+TEST(HostTreeMemory, AMissingObjectOfSeveralIsTold)
+{
+    TPubSecSubImageInfo images[] = {subImage("I1"), subImage("I2"), subImage("I3")};
+    TPubSecFaceObjInfo faces[] = {face("F1"), face("F2"), face("F3")};
+    for (TPubSecFaceObjInfo& face : faces)
+    {
+        face.ptSubImageList = images;
+        face.nSubImageNum = 3;
+    }
+    const auto add = [&](cJSON* tree) { return PubSecFaceObjectStructToJsonObject(tree, 0, 3, faces); };
+    const auto objects = [](const std::string& text) { return std::count(text.begin(), text.end(), '{'); };
+    std::string whole;
+    const auto [result, allocations] = resultWhen(0, add, &whole);
+    ASSERT_EQ(result, 50u);
+    ASSERT_EQ(objects(whole), 2 + 3 * (1 + 1 + 3)); /* root, list; each face, its list, its sub-images */
+    int missing = 0;
+    int missingAlone = 0;
+    for (int failing = 2; failing <= allocations; ++failing)
+    {
+        SCOPED_TRACE(failing);
+        std::string text;
+        const u32 found = resultWhen(failing, add, &text).first;
+        if (objects(text) < objects(whole))
+        {
+            EXPECT_EQ(found, 51u);
+            missing += 1;
+            missingAlone += objects(text) == objects(whole) - 1 ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(missing, 1 + 1 + 3 * (1 + 1 + 1 + 3)); /* the arrays of the lists are missed as well */
+    EXPECT_EQ(missingAlone, 3 * 3);
 }
 
 } // namespace

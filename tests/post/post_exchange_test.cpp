@@ -2,6 +2,7 @@
 /* What the posts of images and objects ask of libcurl, call by call, and every way out of them. */
 #include <cjson/cJSON.h>
 
+#include "core/platform_table.h"
 #include "tests/post/image_operations.h"
 #include "tests/support/allocations.h"
 #include "tests/support/curl_shim.h"
@@ -98,6 +99,24 @@ TEST_P(PostExchangeTest, SetsItsOptionsInOrder)
     EXPECT_EQ(post(), 50u);
     EXPECT_THAT(calls(), ElementsAreArray(sequence(GetParam().path, document, GetParam().readsAnswer)));
     EXPECT_THAT(curl_shim::sentBodies(), ElementsAre(document));
+}
+
+/* Another configuration is taken into force between the URL and the headers. */
+TEST_P(PostExchangeTest, IsNeverMadeOfTwoConfigurations)
+{
+    curl_shim::setAppendHook([](unsigned number) {
+        if (number == 1)
+        {
+            TPubSecPlatRegInfo other = stack::configuration("10.0.0.2", 8082);
+            stack::put(other.achDeviceID, "34020000001190000002");
+            PubSecTableWrite(0, &other);
+        }
+    });
+    answer({CURLE_OK, 200});
+    EXPECT_EQ(post(), 50u);
+    EXPECT_THAT(callsOf("setopt(URL="),
+                ElementsAre("setopt(URL=http://10.0.0.2:8082" + std::string(GetParam().path) + ")"));
+    EXPECT_THAT(callsOf("setopt(HTTPHEADER="), ElementsAre(testing::EndsWith("|User-Identify:34020000001190000002)")));
 }
 
 TEST_P(PostExchangeTest, LeavesTheStateOfTheLibraryAsItIs)

@@ -544,6 +544,30 @@ TEST_F(RegisterLoop, SecondInitLeavesOneLoop)
     EXPECT_THAT(timesOf(kRegister), ElementsAre(0u, 0u, 1000u, 1000u, 2000u, 2000u));
 }
 
+/* A loop that comes round after a newer one has begun ends, although the stack is started. */
+TEST_F(RegisterLoop, OnlyTheNewestLoopGoesOn)
+{
+    configure(0, recordFor(server->port()));
+    server->always(kRegister, Answer(500));
+    const auto startAgain = [] {
+        PubSecStackUnInit();
+        EXPECT_EQ(PubSecStackInit(), 50u);
+    };
+    fake_platform::afterDelays(1, [&] {
+        startAgain();
+        fake_platform::afterDelays(1, [] { PubSecStackUnInit(); });
+        EXPECT_EQ(fake_platform::runEvents(), 1u); /* the second loop, while the first is in its delay */
+        startAgain();
+        fake_platform::afterDelays(1, [] {
+            EXPECT_THAT(fake_platform::pendingEvents(), IsEmpty()); /* it is the third one's delay, not the first's */
+            PubSecStackUnInit();
+        });
+    });
+    EXPECT_EQ(fake_platform::runEvents(), 2u);
+    EXPECT_THAT(fake_platform::delays(), ElementsAre(1000u, 1000u, 1000u));
+    EXPECT_THAT(timesOf(kRegister), ElementsAre(0u, 0u, 1000u, 1000u, 2000u, 2000u));
+}
+
 TEST_F(RegisterLoop, LeftOverTimersOfADirectUnregistrationAreReplaced)
 {
     registered(60, 5);

@@ -47,6 +47,8 @@ struct State
     std::set<CURLoption> refusals;
     void (*performHook)(unsigned) = nullptr;
     unsigned performs = 0;
+    void (*appendHook)(unsigned) = nullptr;
+    unsigned appends = 0;
     std::map<CURL*, Handle> handles;
     std::set<curl_slist*> lists;
 };
@@ -72,6 +74,21 @@ struct InsideCurl
 State s_state;
 
 using Guard = std::lock_guard<std::mutex>;
+
+void callAppendHook()
+{
+    void (*hook)(unsigned) = nullptr;
+    unsigned number = 0;
+    {
+        const Guard guard(s_mutex);
+        hook = s_state.appendHook;
+        number = ++s_state.appends;
+    }
+    if (hook != nullptr)
+    {
+        hook(number);
+    }
+}
 
 template <typename Function> Function* real(const char* name)
 {
@@ -278,6 +295,12 @@ void setPerformHook(void (*hook)(unsigned))
     s_state.performHook = hook;
 }
 
+void setAppendHook(void (*hook)(unsigned))
+{
+    const Guard guard(s_mutex);
+    s_state.appendHook = hook;
+}
+
 std::vector<std::string> calls()
 {
     const Guard guard(s_mutex);
@@ -384,6 +407,7 @@ curl_slist* curl_slist_append(curl_slist* list, const char* text)
     {
         return real<curl_slist*(curl_slist*, const char*)>("curl_slist_append")(list, text);
     }
+    callAppendHook();
     {
         const Guard guard(s_mutex);
         note("append(" + std::string(text) + ")");

@@ -57,6 +57,9 @@ void refuse(CURLoption option);
 /* Called at the start of each transfer, its number from 1. */
 void setPerformHook(void (*hook)(unsigned number));
 
+/* Called at the start of each curl_slist_append, its number from 1. */
+void setAppendHook(void (*hook)(unsigned number));
+
 /* Everything since the reset. curl_easy_strerror and curl_easy_getinfo are not written down. */
 std::vector<std::string> calls();
 

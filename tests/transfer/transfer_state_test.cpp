@@ -236,6 +236,18 @@ TEST_F(TransferStateAnswer, LengthsAreStoredWhole)
     EXPECT_STREQ(info.achFileHash, "before");
 }
 
+/* What is no length is stored as the integer that the parser makes of it. */
+TEST_F(TransferStateAnswer, NumbersBeyondLengthsAreStoredAsIntegers)
+{
+    const std::map<std::string, u32> numbers = {
+        {"-1", 4294967295u}, {"-2147483649", 2147483648u}, {"4294967296", 2147483647u}, {"1e300", 2147483647u}};
+    for (const auto& [text, stored] : numbers)
+    {
+        EXPECT_EQ(read(R"("FileLength":)" + text), 1u);
+        EXPECT_EQ(info.dwFileLength, stored) << text;
+    }
+}
+
 TEST_F(TransferStateAnswer, WhatIsMissingOrOfAnotherTypeIsToldAndKept)
 {
     EXPECT_EQ(read(R"("FileHash":"h")"), 1u);

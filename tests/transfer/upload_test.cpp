@@ -4,6 +4,7 @@
 #include <thread>
 
 #include <dirent.h>
+#include <unistd.h>
 
 #include <pubsecstack/posts.h>
 
@@ -11,6 +12,33 @@
 #include "tests/support/transfer_files.h"
 #include "tests/support/transfer_fixture.h"
 #include "tests/support/transfer_peer.h"
+
+namespace
+{
+
+/* What the file refuses: calls to seek that pass before one fails (below 0: none fails), and to tell. */
+int s_seeksThatPass = -1;
+bool s_tellFails = false;
+
+} // namespace
+
+PUBSEC_C_BEGIN
+
+int __real_fseeko64(FILE* file, off64_t offset, int whence);
+off64_t __real_ftello64(FILE* file);
+
+/* The linker sends the library's calls here. */
+int __wrap_fseeko64(FILE* file, off64_t offset, int whence)
+{
+    return s_seeksThatPass-- == 0 ? -1 : __real_fseeko64(file, offset, whence);
+}
+
+off64_t __wrap_ftello64(FILE* file)
+{
+    return s_tellFails ? -1 : __real_ftello64(file);
+}
+
+PUBSEC_C_END
 
 namespace
 {
@@ -127,6 +155,22 @@ TEST_F(Upload, OptionsInOrder)
     EXPECT_EQ(openFiles(), filesBefore);
 }
 
+TEST_F(Upload, GoesOnWithTheHeadersThatItHas)
+{
+    const TransferFile file("content");
+    const std::vector<std::pair<unsigned, std::string>> left = {{0, "content-type:application/octet-stream"},
+                                                                {1, "Expect:"}};
+    for (const auto& [failing, headers] : left)
+    {
+        curl_shim::reset();
+        curl_shim::failAppend(failing, 1);
+        answer(200);
+        EXPECT_EQ(upload(file.path()), 50u);
+        EXPECT_THAT(curl_shim::callsOf("setopt(HTTPHEADER"), ElementsAre("setopt(HTTPHEADER=" + headers + ")"));
+        EXPECT_THAT(curl_shim::sentBodies(), ElementsAre("content"));
+    }
+}
+
 TEST_F(Upload, OnlyTwoStatusesAreGood)
 {
     const TransferFile file("content");
@@ -198,6 +242,39 @@ TEST_F(Upload, AFileThatCannotBeOpened)
     EXPECT_EQ(upload(nullptr), 79u);
     EXPECT_THAT(newLines(), ElementsAre(testing::HasSubstr("[PUBSECSTACK ERR] PubSecCurlUpLoadFile:")));
     EXPECT_THAT(curl_shim::calls(), IsEmpty());
+}
+
+/* It opens, and has neither a size nor a position. */
+TEST_F(Upload, APipe)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const std::string path = "/proc/self/fd/" + std::to_string(ends[0]);
+    EXPECT_EQ(upload(path.c_str()), 79u);
+    close(ends[0]);
+    close(ends[1]);
+    EXPECT_THAT(newLines(), ElementsAre(error("fopen '" + path + "' Err")));
+    EXPECT_THAT(curl_shim::calls(), IsEmpty());
+    EXPECT_EQ(openFiles(), filesBefore);
+}
+
+TEST_F(Upload, AFileWithoutASizeOrAPosition)
+{
+    const TransferFile file("content");
+    const auto error79 = ElementsAre(error(std::string("fopen '") + file.path() + "' Err"));
+    for (const int seeks : {0, 1})
+    {
+        s_seeksThatPass = seeks;
+        EXPECT_EQ(upload(file.path()), 79u) << seeks;
+        EXPECT_THAT(newLines(), error79) << seeks;
+    }
+    s_seeksThatPass = -1;
+    s_tellFails = true;
+    EXPECT_EQ(upload(file.path()), 79u);
+    s_tellFails = false;
+    EXPECT_THAT(newLines(), error79);
+    EXPECT_THAT(curl_shim::calls(), IsEmpty());
+    EXPECT_EQ(openFiles(), filesBefore);
 }
 
 TEST_F(Upload, LibcurlThatCannotBeInitialised)
