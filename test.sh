@@ -13,6 +13,8 @@ Usage: ./test.sh [SUITE]
   tsan     the same with the thread sanitizer
   clang    the same built with clang
   slow     the tests labelled "slow"
+  coverage what the tests run of the library, and whether tests/coverage/uncovered.txt has all that they leave out;
+           "coverage --write" brings the list up to date
   page     the page of viewlibd, in a browser; "page --screenshots" makes the pictures of it in docs/images
   all      all of these
   format   clang-format finds nothing to change
@@ -78,6 +80,19 @@ tidy() {
     echo "tidy: nothing found"
 }
 
+# coverage [--write]: only tests that go by a clock of their own, so that the figures are the same each time.
+coverage() {
+    local directory=build-coverage report=build-coverage/coverage.json
+    fixed_addresses cmake --preset coverage
+    fixed_addresses cmake --build "$directory" -j "$jobs" --target tests
+    find "$directory" -name '*.gcda' -delete # counts of former runs, and of listing the tests
+    run_tests "$directory" -LE 'slow|real-time|field'
+    gcovr --root . --filter '(core|session|objects|post|util)/' --exclude-throw-branches \
+        --exclude-unreachable-branches --json "$report" "$directory"
+    python3 -m doctest tests/coverage/uncovered.py &&
+        python3 tests/coverage/uncovered.py "$report" tests/coverage/uncovered.txt "$@" || failed=$((failed + 1))
+}
+
 # page [--screenshots]: counts what the browser tried into passed and failed.
 page() {
     local script=page_test.mjs log=build/page.log good bad
@@ -97,6 +112,7 @@ case ${1:-} in
 asan | tsan)  tools/install-packages.sh build test ; suite "$1" "${fast[@]}" ;;
 clang)        tools/install-packages.sh build test check ; suite clang "${fast[@]}" ;;
 slow)         tools/install-packages.sh build test ; suite release -L slow ;;
+coverage)     shift ; tools/install-packages.sh build test coverage ; coverage "$@" ;;
 page)         tools/install-packages.sh build page ; page "${2:-}" ;;
 all)
     tools/install-packages.sh build test check

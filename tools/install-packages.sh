@@ -7,6 +7,7 @@
 #     build    compile everything, run the demonstration
 #     test     run the test suite (with build)
 #     bench    measure (with build)
+#     coverage see what the tests run of the library (with build and test)
 #     page     try the page of viewlibd in a browser (with build)
 #     check    clang, clang-format, clang-tidy
 set -euo pipefail
@@ -31,6 +32,9 @@ packages_of() {
         echo nginx-light                                  # the load on the view library, for comparison
         echo g++-arm-linux-gnueabihf                      # the size of the library on a device
         ;;
+    coverage)
+        echo gcovr python3
+        ;;
     page)
         echo chromium fonts-liberation fonts-wqy-microhei
         command -v node >/dev/null && command -v npm >/dev/null || echo nodejs npm
@@ -39,7 +43,7 @@ packages_of() {
         echo clang clang-format clang-tidy
         ;;
     *)
-        echo "install-packages: unknown group \"$1\": expected build, test, bench, page or check" >&2
+        echo "install-packages: unknown group \"$1\": expected build, test, bench, coverage, page or check" >&2
         return 2
         ;;
     esac
@@ -60,7 +64,7 @@ as_root() {
     fi
 }
 
-[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|page|check..." >&2; exit 2; }
+[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|coverage|page|check..." >&2; exit 2; }
 if ! command -v dpkg-query >/dev/null; then
     echo "install-packages: this is no Debian; going on with what is installed" >&2
     exit 0
