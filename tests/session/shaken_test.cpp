@@ -34,9 +34,16 @@ std::atomic<u32> g_seed;
 std::atomic<u32> g_threads;
 thread_local int t_locks; /* that this thread holds */
 
+/* Each thread has numbers of its own that follow from the seed. */
 u32 draw()
 {
-    thread_local std::mt19937 s_random(g_seed * 1000 + g_threads++);
+    thread_local u32 s_seed = 0;
+    thread_local std::mt19937 s_random;
+    if (s_seed != g_seed)
+    {
+        s_seed = g_seed;
+        s_random.seed(s_seed * 1000 + g_threads++);
+    }
     return static_cast<u32>(s_random());
 }
 
