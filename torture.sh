@@ -159,18 +159,23 @@ soak() {
     flat RegistrationsLeaveNothingBehind registrations
 }
 
-case ${1:-} in
-'')          faults ; hostile ; races ; fuzz ; soak ;;
-faults)      faults ;;
-hostile)     hostile ;;
-races)       races ;;
-fuzz)        fuzz ;;
-soak)        soak ;;
--h | --help) usage ; exit ;;
-*)
-    echo "torture.sh: unknown part \"$1\"" >&2
-    usage >&2
-    exit 2
-    ;;
-esac
-exit "$status"
+# Read whole before it begins, as the file may change within hours.
+main() {
+    case ${1:-} in
+    '')          faults ; hostile ; races ; fuzz ; soak ;;
+    faults)      faults ;;
+    hostile)     hostile ;;
+    races)       races ;;
+    fuzz)        fuzz ;;
+    soak)        soak ;;
+    -h | --help) usage ; exit ;;
+    *)
+        echo "torture.sh: unknown part \"$1\"" >&2
+        usage >&2
+        exit 2
+        ;;
+    esac
+    exit "$status"
+}
+
+main "$@"
