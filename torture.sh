@@ -154,7 +154,8 @@ flat() {
 soak() {
     build build-torture -DCMAKE_BUILD_TYPE=Release -- soak_test
     SOAK_POSTS=${SOAK_POSTS:-5000000} SOAK_CYCLES=${SOAK_CYCLES:-50000} \
-        timeout --foreground "$patience" build-torture/bin/soak_test >"$logs/soak.log" 2>&1 || { status=1; echo "torture.sh: soak_test failed" >&2; }
+        timeout --foreground "$patience" build-torture/bin/soak_test >"$logs/soak.log" 2>&1 ||
+        { status=1; echo "torture.sh: soak_test failed" >&2; }
     flat PostsLeaveNothingBehind posts
     flat RegistrationsLeaveNothingBehind registrations
 }
