@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Streaming a file to a server: what arrives, what the results are, which lines are written. */
+#include <atomic>
 #include <map>
 #include <thread>
 
@@ -17,8 +18,8 @@ namespace
 {
 
 /* What the file refuses: calls to seek that pass before one fails (below 0: none fails), and to tell. */
-int s_seeksThatPass = -1;
-bool s_tellFails = false;
+std::atomic<int> s_seeksThatPass{-1};
+std::atomic<bool> s_tellFails{false};
 
 } // namespace
 
