@@ -29,7 +29,7 @@ size_t EscapeSize(const char* pchText)
         const u8 byChar = static_cast<u8>(*pchText);
         if (byChar < 0x20)
         {
-            size += memchr("\b\f\n\r\t", byChar, 5) != nullptr ? 1 : 5;
+            size += strchr("\b\f\n\r\t", byChar) != nullptr ? 1 : 5;
         }
         else if (byChar == '"' || byChar == '\\')
         {
