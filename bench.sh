@@ -74,6 +74,7 @@ if [ "${1:-}" = load ]; then
     --short)  seconds=5 ;;
     *)        echo "bench.sh: unknown option \"$2\"" >&2 ; exit 2 ;;
     esac
+    tools/install-packages.sh load
     build_programs ON --target viewlibd bench_load
     exec bench/load.sh "$build" "$seconds"
 fi

@@ -7,6 +7,7 @@
 #     build    compile everything, run the demonstration
 #     test     run the test suite (with build)
 #     bench    measure (with build)
+#     load     load the view library (with build and bench)
 #     coverage see what the tests run of the library (with build and test)
 #     page     try the page of viewlibd in a browser (with build)
 #     check    clang, clang-format, clang-tidy
@@ -29,8 +30,10 @@ packages_of() {
         ;;
     bench)
         echo libbenchmark-dev rapidjson-dev nlohmann-json3-dev
-        echo nginx-light                                  # the load on the view library, for comparison
         echo g++-arm-linux-gnueabihf                      # the size of the library on a device
+        ;;
+    load)
+        echo nginx-light                                  # the same load, for comparison
         ;;
     coverage)
         echo gcovr python3
@@ -43,7 +46,7 @@ packages_of() {
         echo clang clang-format clang-tidy
         ;;
     *)
-        echo "install-packages: unknown group \"$1\": expected build, test, bench, coverage, page or check" >&2
+        echo "install-packages: unknown group \"$1\": expected build, test, bench, load, coverage, page or check" >&2
         return 2
         ;;
     esac
@@ -64,7 +67,7 @@ as_root() {
     fi
 }
 
-[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|coverage|page|check..." >&2; exit 2; }
+[ $# -gt 0 ] || { echo "usage: tools/install-packages.sh build|test|bench|load|coverage|page|check..." >&2; exit 2; }
 if ! command -v dpkg-query >/dev/null; then
     echo "install-packages: this is no Debian; going on with what is installed" >&2
     exit 0
