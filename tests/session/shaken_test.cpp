@@ -411,7 +411,7 @@ TEST_P(SessionShaken, EndsWithOneChainEach)
 INSTANTIATE_TEST_SUITE_P(Seed, SessionShaken,
                          testing::Range(numberFromEnvironment("PUBSEC_SHAKES_FROM", 1),
                                         numberFromEnvironment("PUBSEC_SHAKES_FROM", 1) +
-                                            numberFromEnvironment("PUBSEC_SHAKES", 4)),
+                                            numberFromEnvironment("PUBSEC_SHAKES", 2)),
                          [](const auto& parameter) { return std::to_string(parameter.param); });
 
 } // namespace
