@@ -99,7 +99,7 @@ cJSON* PubSecJsonAppendObject(cJSON* ptArray)
 
 const cJSON* PubSecJsonLast(const cJSON* ptObject)
 {
-    /* By "next": cJSON before 1.7.13 leaves "prev" unset in what it parsed. */
+    /* By "next", which says no less in a tree that the host linked itself. */
     const cJSON* ptLast = ptObject != nullptr ? ptObject->child : nullptr;
     while (ptLast != nullptr && ptLast->next != nullptr)
     {

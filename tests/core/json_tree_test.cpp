@@ -221,7 +221,7 @@ TEST(JsonTree, OfTheHostIsLeftAlone)
     cJSON_AddItemToObject(root, "text", cJSON_CreateStringReference(text));
     cJSON_AddItemToObject(root, "raw", cJSON_CreateRaw("\x01"));
     cJSON_AddItemReferenceToObject(root, "shared", shared);
-    root->child->prev = nullptr; /* as older parsers leave it */
+    root->child->prev = nullptr; /* as a host may that links nodes itself */
     const cJSON* last = PubSecJsonLast(root);
     EXPECT_STREQ(last->string, "shared");
     root->child->prev = const_cast<cJSON*>(last);
