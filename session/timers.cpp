@@ -46,26 +46,36 @@ TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform)
 
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction)
 {
-    PubSecTimerClear(tKind, dwPlatform);
-    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
-    /* A handler that found the slot empty has armed its next timer: that one stays, so one chain goes on. */
-    if (!PubSecReplace(tKind.phSlots[dwPlatform], TAppTimerHandle{nullptr}, hTimer))
+    TAppTimerHandle hTimer = nullptr;
+    do
     {
         Cancel(hTimer);
-    }
+        PubSecTimerClear(tKind, dwPlatform);
+        hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
+        /* What another has stored meanwhile may have run out already, so it is not relied on. */
+    } while (!PubSecReplace(tKind.phSlots[dwPlatform], TAppTimerHandle{nullptr}, hTimer));
 }
 
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
                       const char* pchFunction)
 {
-    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
-    if (hOwn == nullptr && hTimer != nullptr)
+    if (hOwn == nullptr)
     {
         /* Due before its handle was stored: what the slot holds by now may be the handler's own, fired timer. */
-        Cancel(PubSecExchange(tKind.phSlots[dwPlatform], hTimer));
+        PubSecTimerArm(tKind, dwPlatform, dwMilliseconds, pchFunction);
         return;
     }
-    Cancel(PubSecReplace(tKind.phSlots[dwPlatform], hOwn, hTimer) ? hOwn : hTimer);
+    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
+    if (PubSecReplace(tKind.phSlots[dwPlatform], hOwn, hTimer))
+    {
+        Cancel(hOwn);
+        return;
+    }
+    Cancel(hTimer);
+    if (PubSecTimerOf(tKind, dwPlatform) != nullptr)
+    {
+        PubSecTimerArm(tKind, dwPlatform, PUBSEC_TIMER_START_MS, pchFunction);
+    }
 }
 
 void PubSecTimerClear(const TPubSecTimerKind& tKind, u32 dwPlatform)

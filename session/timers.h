@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * The two one-shot timers of a registered platform. The register task arms and cancels them, their handlers on the
- * delay task re-arm themselves; however the two interleave, a platform ends up with one of each kind at most.
+ * delay task re-arm themselves. A stack that was ended and started again has two of each task for a while. However they
+ * interleave, a platform ends up with one of each kind at most, and a registered one has its keepalive.
  */
 #ifndef PUBSEC_SESSION_TIMERS_H
 #define PUBSEC_SESSION_TIMERS_H
@@ -28,12 +29,13 @@ u32 PubSecPeriod(u32 dwPeriod, u32 dwUnitMs);
 /* The timer in the slot; null when none is armed. */
 TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform);
 
-/* Arms a timer in place of whatever the slot holds. */
+/* Arms a timer in place of whatever the slot holds, as often as another is stored before it. */
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction);
 
 /*
- * The same for a handler: only while the slot still holds hOwn, that is while nobody armed or cancelled meanwhile. A
- * handler that found the slot empty ran before its handle was stored, and arms whatever the slot holds by now.
+ * The same for a handler that found hOwn in the slot, null when it ran before its handle was stored. Where the slot was
+ * emptied meanwhile it stays empty. Where another has armed meanwhile, its timer may have run out before it was stored:
+ * a fresh one of PUBSEC_TIMER_START_MS takes its place.
  */
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
                       const char* pchFunction);

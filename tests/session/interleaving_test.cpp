@@ -488,6 +488,68 @@ TEST_F(Interleaving, ClockElapsesBeforeItsHandleIsStored)
     expectSessionGoesOn();
 }
 
+/*
+ * The stack was ended and started again: the former loop is still arming while the new one comes to arm too. Its timer
+ * ran out on a platform that was not registered any more, before the handle was stored; the new loop finds it there.
+ */
+TEST_F(Interleaving, TwoLoopsArmAndTheStoredTimerHasRunOut)
+{
+    std::promise<void> armed;
+    std::promise<void> stored;
+    std::thread newLoop;
+    g_afterSetTimer = [&] {
+        EXPECT_EQ(PubSecPostUserUnRegisterMsg(0), 50u);
+        fake_platform::runFor(500);
+        g_afterSetTimer = [&] {
+            armed.set_value();
+            stored.get_future().wait();
+        };
+        newLoop = std::thread([] { PubSecStackRegisterThread(g_hAppTaskRegister, 0, nullptr); });
+        armed.get_future().wait();
+    };
+    configure(0, info(0));
+    passThen([&] {
+        stored.set_value();
+        newLoop.join();
+        EXPECT_THAT(keepaliveTimers(), SizeIs(1));
+    });
+    expectSessionGoesOn(0);
+}
+
+/*
+ * The stack was started again, so timers come due on two delay tasks. The next keepalive is due on one of them before
+ * the other, which armed it, has stored its handle: both find the timer that was due first.
+ */
+TEST_F(Interleaving, TwoDelayTasksArmAndTheStoredTimerHasRunOut)
+{
+    const auto runsOut = [] {
+        for (const fake_platform::Timer& timer : keepaliveTimers())
+        {
+            AppTaskCancelTimer(timer.handle); /* what has run out is armed no more; its handler comes next */
+        }
+    };
+    std::promise<void> armed;
+    std::promise<void> stored;
+    std::thread otherTask;
+    configure(0, info(0));
+    passes(1);
+    runsOut();
+    g_afterSetTimer = [&] {
+        runsOut();
+        g_afterSetTimer = [&] {
+            armed.set_value();
+            stored.get_future().wait();
+        };
+        otherTask = std::thread([] { elapse(_PubSecStackKeepaliveTimerHandle); });
+        armed.get_future().wait();
+    };
+    elapse(_PubSecStackKeepaliveTimerHandle);
+    stored.set_value();
+    otherTask.join();
+    EXPECT_THAT(keepaliveTimers(), SizeIs(1));
+    expectSessionGoesOn(0);
+}
+
 TEST_F(Interleaving, LoopEndsDuringARegistration)
 {
     during(kRegister, [] { PubSecStackUnInit(); });
