@@ -16,6 +16,12 @@ constexpr const char* c_pchName = "PubSecStackRegisterThread";
 /* Loops started so far. The stack may be ended and started again before a loop comes round: the newest one stays. */
 u32 s_dwLoops;
 
+/*
+ * Set while a loop makes its pass. Two in the middle of theirs would undo each other's work: one takes a configuration
+ * into force that the other's registration, still under way, is not for. The newer one waits as for its next pass.
+ */
+u32 s_bInPass;
+
 template <size_t Size> bool IsSameText(const char (&achLeft)[Size], const char (&achRight)[Size])
 {
     const u32 dwLength = PubSecTextLength(achLeft, Size);
@@ -154,6 +160,14 @@ void Pass(u32 dwPlatform)
     Register(dwPlatform);
 }
 
+void PassAll()
+{
+    for (u32 dwPlatform = 0; dwPlatform < PUBSEC_PLATFORM_NUM; dwPlatform++)
+    {
+        Pass(dwPlatform);
+    }
+}
+
 } // namespace
 
 void PubSecStackRegisterThread(TAppTaskHandle, u32, const void*)
@@ -161,9 +175,10 @@ void PubSecStackRegisterThread(TAppTaskHandle, u32, const void*)
     const u32 dwOwn = __atomic_add_fetch(&s_dwLoops, 1u, __ATOMIC_ACQ_REL);
     while (PubSecLoad(g_bPubSecInit) != 0 && PubSecLoad(s_dwLoops) == dwOwn)
     {
-        for (u32 dwPlatform = 0; dwPlatform < PUBSEC_PLATFORM_NUM; dwPlatform++)
+        if (PubSecReplace(s_bInPass, 0u, 1u))
         {
-            Pass(dwPlatform);
+            PassAll();
+            PubSecStore(s_bInPass, 0u);
         }
         AppDelay(c_passMs);
     }

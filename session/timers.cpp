@@ -46,36 +46,31 @@ TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform)
 
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction)
 {
-    TAppTimerHandle hTimer = nullptr;
-    do
+    PubSecTimerClear(tKind, dwPlatform);
+    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
+    /* A handler that found the slot empty has armed its next timer: that one stays, so one chain goes on. */
+    if (!PubSecReplace(tKind.phSlots[dwPlatform], TAppTimerHandle{nullptr}, hTimer))
     {
         Cancel(hTimer);
-        PubSecTimerClear(tKind, dwPlatform);
-        hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
-        /* What another has stored meanwhile may have run out already, so it is not relied on. */
-    } while (!PubSecReplace(tKind.phSlots[dwPlatform], TAppTimerHandle{nullptr}, hTimer));
+    }
 }
 
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
                       const char* pchFunction)
 {
-    if (hOwn == nullptr)
+    TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
+    while (!PubSecReplace(tKind.phSlots[dwPlatform], hOwn, hTimer))
     {
-        /* Due before its handle was stored: what the slot holds by now may be the handler's own, fired timer. */
-        PubSecTimerArm(tKind, dwPlatform, dwMilliseconds, pchFunction);
-        return;
+        Cancel(hTimer);
+        /* What was stored meanwhile may have run out before it was, as the handler's own may have: it is not kept. */
+        hOwn = PubSecTimerOf(tKind, dwPlatform);
+        hTimer = hOwn != nullptr ? Start(tKind, dwPlatform, PUBSEC_TIMER_START_MS, pchFunction) : nullptr;
+        if (hTimer == nullptr)
+        {
+            return;
+        }
     }
-    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
-    if (PubSecReplace(tKind.phSlots[dwPlatform], hOwn, hTimer))
-    {
-        Cancel(hOwn);
-        return;
-    }
-    Cancel(hTimer);
-    if (PubSecTimerOf(tKind, dwPlatform) != nullptr)
-    {
-        PubSecTimerArm(tKind, dwPlatform, PUBSEC_TIMER_START_MS, pchFunction);
-    }
+    Cancel(hOwn);
 }
 
 void PubSecTimerClear(const TPubSecTimerKind& tKind, u32 dwPlatform)

@@ -26,6 +26,12 @@ namespace
 /* Run once, at the end of the next AppTaskSetTimer, before its caller has the handle. */
 std::function<void()> g_afterSetTimer;
 
+/* False after ten seconds: then it never comes. */
+bool comes(std::promise<void>& what)
+{
+    return what.get_future().wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+}
+
 } // namespace
 
 extern "C"
@@ -489,34 +495,6 @@ TEST_F(Interleaving, ClockElapsesBeforeItsHandleIsStored)
 }
 
 /*
- * The stack was ended and started again: the former loop is still arming while the new one comes to arm too. Its timer
- * ran out on a platform that was not registered any more, before the handle was stored; the new loop finds it there.
- */
-TEST_F(Interleaving, TwoLoopsArmAndTheStoredTimerHasRunOut)
-{
-    std::promise<void> armed;
-    std::promise<void> stored;
-    std::thread newLoop;
-    g_afterSetTimer = [&] {
-        EXPECT_EQ(PubSecPostUserUnRegisterMsg(0), 50u);
-        fake_platform::runFor(500);
-        g_afterSetTimer = [&] {
-            armed.set_value();
-            stored.get_future().wait();
-        };
-        newLoop = std::thread([] { PubSecStackRegisterThread(g_hAppTaskRegister, 0, nullptr); });
-        armed.get_future().wait();
-    };
-    configure(0, info(0));
-    passThen([&] {
-        stored.set_value();
-        newLoop.join();
-        EXPECT_THAT(keepaliveTimers(), SizeIs(1));
-    });
-    expectSessionGoesOn(0);
-}
-
-/*
  * The stack was started again, so timers come due on two delay tasks. The next keepalive is due on one of them before
  * the other, which armed it, has stored its handle: both find the timer that was due first.
  */
@@ -538,15 +516,33 @@ TEST_F(Interleaving, TwoDelayTasksArmAndTheStoredTimerHasRunOut)
         runsOut();
         g_afterSetTimer = [&] {
             armed.set_value();
-            stored.get_future().wait();
+            EXPECT_TRUE(comes(stored));
         };
         otherTask = std::thread([] { elapse(_PubSecStackKeepaliveTimerHandle); });
-        armed.get_future().wait();
+        EXPECT_TRUE(comes(armed));
     };
     elapse(_PubSecStackKeepaliveTimerHandle);
     stored.set_value();
     otherTask.join();
     EXPECT_THAT(keepaliveTimers(), SizeIs(1));
+    expectSessionGoesOn(0);
+}
+
+/* Armed anew while a handler arms the next, which then cannot be armed: what the loop has armed stays. */
+TEST_F(Interleaving, PeriodChangesWhileAKeepaliveCannotBeArmed)
+{
+    TPubSecPlatRegInfo next = info(0);
+    next.dwKeepaliveSec = 20;
+    configure(0, info(0));
+    passes(1);
+    g_afterSetTimer = [&] {
+        passMeanwhile(next);
+        fake_platform::fail(Function::kTaskSetTimer, 0, 1);
+    };
+    elapse(_PubSecStackKeepaliveTimerHandle);
+    EXPECT_THAT(keepaliveTimers(), SizeIs(1));
+    configure(0, info(0));
+    passes(1);
     expectSessionGoesOn(0);
 }
 
@@ -559,6 +555,96 @@ TEST_F(Interleaving, LoopEndsDuringARegistration)
     EXPECT_THAT(fake_platform::delays(), ElementsAre(1000u)); /* the pass was gone through to its end */
     EXPECT_EQ(PubSecGetRegisterStatus(0), 1u);
     expectSessionGoesOn();
+}
+
+/* The stack is ended and started again in the middle of a pass, whose requests are for the former configuration. */
+class Restart : public Interleaving
+{
+  protected:
+    /* Until the new loop has come to its first delay. */
+    void restart()
+    {
+        PubSecStackUnInit();
+        fake_platform::setDelayHook([this](u32, u32) {
+            fake_platform::setDelayHook(nullptr);
+            m_delays.set_value();
+        });
+        PubSecStore(g_bPubSecInit, 1u);
+        m_newLoop = std::thread([] { PubSecStackRegisterThread(g_hAppTaskRegister, 0, nullptr); });
+        EXPECT_TRUE(comes(m_delays));
+    }
+
+    TPubSecPlatRegInfo off() const
+    {
+        TPubSecPlatRegInfo made = info();
+        made.dwEnable = 0;
+        return made;
+    }
+
+    void TearDown() override
+    {
+        m_newLoop.join();
+        passes(1);
+        expectSessionIsOver();
+        Interleaving::TearDown();
+    }
+
+  private:
+    std::promise<void> m_delays;
+    std::thread m_newLoop;
+};
+
+TEST_F(Restart, WaitsForTheRegistrationThatIsUnderWay)
+{
+    during(kRegister, [&] {
+        configure(0, off());
+        restart();
+    });
+    configure(0, info());
+    passes(1);
+    EXPECT_EQ(server->exchangesOf(kRegister).size(), 2u);
+}
+
+TEST_F(Restart, WaitsForTheUnregistrationThatIsUnderWay)
+{
+    configure(0, info());
+    passes(1);
+    during(kUnRegister, [&] {
+        restart();
+        configure(0, off());
+    });
+    configure(0, otherIdentity());
+    passes(1);
+    EXPECT_TRUE(sameRecord(g_atPubSecStackGlobalCommon[0], off()));
+    EXPECT_EQ(server->exchangesOf(kRegister).size(), 2u);
+}
+
+/* Its first callback takes so long that the loop has registered anew before the second is told of the loss. */
+TEST_F(Interleaving, ChangesOnTwoThreadsAreToldInAnyOrder)
+{
+    static std::vector<std::string> s_told;
+    static std::function<void()> s_duringLoss;
+    s_told.clear();
+    resetStack();
+    PubSecStackRegisterCB([](u32, u32 status, const TPubSecPlatRegInfo*) {
+        s_told.push_back("first " + std::to_string(status));
+        const std::function<void()> hook = status == 0 ? std::move(s_duringLoss) : nullptr;
+        if (hook)
+        {
+            hook();
+        }
+    });
+    PubSecStackRegisterCB(
+        [](u32, u32 status, const TPubSecPlatRegInfo*) { s_told.push_back("second " + std::to_string(status)); });
+    s_duringLoss = [this] { passes(1); };
+    configure(0, info(0));
+    passes(1);
+    server->always(kKeepalive, Answer(500));
+    fake_platform::runFor(30000);
+    server->clearScripts();
+    EXPECT_THAT(s_told, ElementsAre("first 1", "second 1", "first 0", "first 1", "second 1", "second 0"));
+    EXPECT_EQ(PubSecGetRegisterStatus(0), 1u);
+    expectSessionGoesOn(0);
 }
 
 /* ------------------------------------------------------------------------------------------------------- any order */

@@ -336,7 +336,7 @@ class SessionShaken : public SessionTest, public testing::WithParamInterface<u32
         return false;
     }
 
-    /* Of each kind one timer at most, and that in its slot; a registered platform has a keepalive. */
+    /* Of each kind one timer at most, and that in its slot; a registered platform has a keepalive, and is enabled. */
     static void expectChains(u32 platform)
     {
         const auto keepalive = keepaliveTimers(platform);
@@ -346,6 +346,7 @@ class SessionShaken : public SessionTest, public testing::WithParamInterface<u32
         EXPECT_TRUE(keepalive.empty() || keepalive[0].handle == g_ahKeepaliveTimer[platform]);
         EXPECT_TRUE(clock.empty() || clock[0].handle == g_ahSyncTimeTimer[platform]);
         EXPECT_GE(keepalive.size(), g_bPubSecRegStatus[platform]);
+        EXPECT_LE(g_bPubSecRegStatus[platform], g_atPubSecStackGlobalCommon[platform].dwEnable);
     }
 
     /* Passes of a minute: the session sends what one chain sends. A clock period of 0 may have started without one. */
