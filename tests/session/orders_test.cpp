@@ -174,6 +174,14 @@ extern "C"
 namespace
 {
 
+void hear(u32, u32 status, const TPubSecPlatRegInfo*)
+{
+    if (status == 1)
+    {
+        point("tells");
+    }
+}
+
 /* One thing that can happen next: an actor goes on, with a timer that has run out where it is a task at rest. */
 struct Step
 {
@@ -303,8 +311,7 @@ class Orders : public FakePlatformTest
     void begin(u32 timers)
     {
         resetStack();
-        PubSecStackRegisterCB(
-            [](u32, u32 status, const TPubSecPlatRegInfo*) { status == 1 ? point("tells") : void(); });
+        PubSecStackRegisterCB(hear);
         const TPubSecPlatRegInfo first = info();
         g_atPubSecStackGlobalCommon_New[0] = first;
         PubSecTableWrite(0, &first);
