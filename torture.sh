@@ -107,7 +107,7 @@ races() {
         build-torture-tsan/bin/session_stress_test storms '^storm: ([0-9]+ seconds, [0-9]+ posts)$'
     gtest "interleavings under the thread sanitizer" build-torture-tsan/bin/session_interleaving_test
     PUBSEC_ORDERS=1 gtest "every order under the thread sanitizer" build-torture-tsan/bin/session_orders_test \
-        orders '^orders: ([0-9]+) in all$'
+        orders '^([0-9]+ orders) in all$'
     PUBSEC_SHAKES=$shakes gtest "races under the thread sanitizer" build-torture-tsan/bin/session_shaken_test seeds
 }
 

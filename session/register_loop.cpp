@@ -17,8 +17,8 @@ constexpr const char* c_pchName = "PubSecStackRegisterThread";
 u32 s_dwLoops;
 
 /*
- * Set while a loop makes its pass. Two in the middle of theirs would undo each other's work: one takes a configuration
- * into force that the other's registration, still under way, is not for. The newer one waits as for its next pass.
+ * Set while a loop makes its pass. Were two made at once, one could take a configuration into force while the other
+ * still registers with the former. A loop that finds it set tries again after its delay.
  */
 u32 s_bInPass;
 

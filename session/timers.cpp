@@ -47,12 +47,7 @@ TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform)
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction)
 {
     PubSecTimerClear(tKind, dwPlatform);
-    const TAppTimerHandle hTimer = Start(tKind, dwPlatform, dwMilliseconds, pchFunction);
-    /* A handler that found the slot empty has armed its next timer: that one stays, so one chain goes on. */
-    if (!PubSecReplace(tKind.phSlots[dwPlatform], TAppTimerHandle{nullptr}, hTimer))
-    {
-        Cancel(hTimer);
-    }
+    PubSecTimerRearm(tKind, dwPlatform, nullptr, dwMilliseconds, pchFunction);
 }
 
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
@@ -62,7 +57,7 @@ void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHa
     while (!PubSecReplace(tKind.phSlots[dwPlatform], hOwn, hTimer))
     {
         Cancel(hTimer);
-        /* What was stored meanwhile may have run out before it was, as the handler's own may have: it is not kept. */
+        /* A timer stored meanwhile may have run out before it was stored, as the handler's own may: it is replaced. */
         hOwn = PubSecTimerOf(tKind, dwPlatform);
         hTimer = hOwn != nullptr ? Start(tKind, dwPlatform, PUBSEC_TIMER_START_MS, pchFunction) : nullptr;
         if (hTimer == nullptr)

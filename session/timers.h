@@ -2,8 +2,8 @@
 /*
  * The two one-shot timers of a registered platform. The register task arms and cancels them, their handlers on the
  * delay task re-arm themselves; a stack that was ended and started again has two delay tasks for a while. However they
- * interleave, a platform ends up with one of each kind at most, and a registered one has its keepalive unless it could
- * not be armed.
+ * interleave, a platform ends up with one of each kind at most, and a registered one has its keepalive unless the host
+ * could not arm it.
  */
 #ifndef PUBSEC_SESSION_TIMERS_H
 #define PUBSEC_SESSION_TIMERS_H
@@ -30,12 +30,12 @@ u32 PubSecPeriod(u32 dwPeriod, u32 dwUnitMs);
 /* The timer in the slot; null when none is armed. */
 TAppTimerHandle PubSecTimerOf(const TPubSecTimerKind& tKind, u32 dwPlatform);
 
-/* Arms a timer in place of whatever the slot holds. For the register task, of whose passes only one is under way. */
+/* Arms a timer in place of whatever the slot holds. For the register loop only: one pass is under way at a time. */
 void PubSecTimerArm(const TPubSecTimerKind& tKind, u32 dwPlatform, u32 dwMilliseconds, const char* pchFunction);
 
 /*
- * The same for a handler that found hOwn in the slot, null when it ran before its handle was stored. A slot that was
- * emptied meanwhile stays empty; a timer that was stored meanwhile gives way to one of PUBSEC_TIMER_START_MS.
+ * Arms the next timer of a handler that found hOwn in the slot, null when it ran before its handle was stored. A slot
+ * that was emptied meanwhile stays empty; a timer that was stored meanwhile gives way to one of PUBSEC_TIMER_START_MS.
  */
 void PubSecTimerRearm(const TPubSecTimerKind& tKind, u32 dwPlatform, TAppTimerHandle hOwn, u32 dwMilliseconds,
                       const char* pchFunction);

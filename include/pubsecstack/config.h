@@ -54,7 +54,7 @@ typedef struct
  *
  * Called on the register task (registration, unregistration) or on the delay task (keepalive lost), or on the thread
  * that calls PubSecPostUserUnRegisterMsg. No lock is held: the callback may call any function of the stack. It delays
- * the session for as long as it runs. Changes that follow each other on two threads may be told in the other order, or
+ * the session for as long as it runs, so it must not wait for a registration. Changes that follow each other on two threads may be told in the other order, or
  * at the same time: PubSecGetRegisterStatus says what holds.
  */
 typedef void (*PFPubSecRegStatus)(u32 dwPlatform, u32 dwStatus, const TPubSecPlatRegInfo* ptInfo);
@@ -66,8 +66,8 @@ typedef void (*PFPubSecRegStatus)(u32 dwPlatform, u32 dwStatus, const TPubSecPla
  *
  * Returns PUBSEC_OK; PUBSEC_ERR_ALREADY_INIT when it was called before, even if that call failed; PUBSEC_ERR_FAILED
  * when a facility of the host failed. What was created before a failure is not released: a host that wants to try
- * again calls PubSecStackUnInit first. The loop makes its first pass when that of a former one, ended by
- * PubSecStackUnInit, is through. Does not block. Any thread.
+ * again calls PubSecStackUnInit first. The loop makes its first pass once that of a former loop, ended by
+ * PubSecStackUnInit, is through, which may take minutes where servers do not answer. Does not block. Any thread.
  */
 PUBSEC_API u32 PubSecStackInit(void);
 

@@ -583,7 +583,10 @@ class Restart : public Interleaving
 
     void TearDown() override
     {
-        m_newLoop.join();
+        if (m_newLoop.joinable())
+        {
+            m_newLoop.join();
+        }
         passes(1);
         expectSessionIsOver();
         Interleaving::TearDown();
@@ -619,7 +622,7 @@ TEST_F(Restart, WaitsForTheUnregistrationThatIsUnderWay)
     EXPECT_EQ(server->exchangesOf(kRegister).size(), 2u);
 }
 
-/* Its first callback takes so long that the loop has registered anew before the second is told of the loss. */
+/* The first callback takes so long that the loop has registered anew before the second is told of the loss. */
 TEST_F(Interleaving, ChangesOnTwoThreadsAreToldInAnyOrder)
 {
     static std::vector<std::string> s_told;
