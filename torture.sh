@@ -101,13 +101,13 @@ hostile() {
 }
 
 races() {
+    build build-torture -DCMAKE_BUILD_TYPE=Release -- session_orders_test
+    PUBSEC_ORDERS=1 gtest "orders of a few threads" build-torture/bin/session_orders_test '' '^([0-9]+ orders) in all$'
     build build-torture-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPUBSEC_SANITIZE=thread -- \
-        session_stress_test session_interleaving_test session_orders_test session_shaken_test
+        session_stress_test session_interleaving_test session_shaken_test
     PUBSEC_STORM_SECONDS=$storm_seconds gtest "a storm under the thread sanitizer" \
         build-torture-tsan/bin/session_stress_test storms '^storm: ([0-9]+ seconds, [0-9]+ posts)$'
     gtest "interleavings under the thread sanitizer" build-torture-tsan/bin/session_interleaving_test
-    PUBSEC_ORDERS=1 gtest "every order under the thread sanitizer" build-torture-tsan/bin/session_orders_test \
-        orders '^([0-9]+ orders) in all$'
     PUBSEC_SHAKES=$shakes gtest "races under the thread sanitizer" build-torture-tsan/bin/session_shaken_test seeds
 }
 
