@@ -11,7 +11,7 @@ Usage: ./torture.sh [PART]
   (none)   everything (hours)
   faults   every allocation and call fails in turn, plainly and with the address sanitizer
   hostile  servers that mean harm, with shortened time-outs and with the real ones
-  races    everything at once, with the thread sanitizer
+  races    everything at once, with the thread sanitizer; all orders of a few threads
   fuzz     the fuzz targets, one for each processor at a time
   soak     many posts and registrations, and what the process holds meanwhile
 

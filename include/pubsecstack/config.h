@@ -54,8 +54,8 @@ typedef struct
  *
  * Called on the register task (registration, unregistration) or on the delay task (keepalive lost), or on the thread
  * that calls PubSecPostUserUnRegisterMsg. No lock is held: the callback may call any function of the stack. It delays
- * the session for as long as it runs, so it must not wait for a registration. Changes that follow each other on two threads may be told in the other order, or
- * at the same time: PubSecGetRegisterStatus says what holds.
+ * the session for as long as it runs, so it must not wait for a registration. Changes that follow each other on two
+ * threads may be told in the other order, or at the same time: PubSecGetRegisterStatus says what holds.
  */
 typedef void (*PFPubSecRegStatus)(u32 dwPlatform, u32 dwStatus, const TPubSecPlatRegInfo* ptInfo);
 

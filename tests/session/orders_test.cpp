@@ -223,6 +223,7 @@ class Orders : public FakePlatformTest
     void SetUp() override
     {
         FakePlatformTest::SetUp();
+        g_world.registrations = g_world.keepalives = 0;
         sched_getaffinity(0, sizeof(m_processors), &m_processors);
         const int current = sched_getcpu();
         if (current >= 0)
